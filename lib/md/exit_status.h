@@ -1,0 +1,12 @@
+// The statuses with which a run ends. They are handed to exit() as they stand; what a parent
+// process sees of them is the platform's (POSIX keeps the low eight bits: -1 shows as 255,
+// 400 as 144).
+#pragma once
+
+enum ExitStatus : int {
+    kExitRefused = -1,     // usage, refused settings, a comma list, a file that cannot be opened
+    kExitInput = 1,        // input preparation and its tools; an allocation that failed
+    kExitParse = 4,        // configuration text that cannot be parsed, an unreadable -f file
+    kExitArgMemory = 100,  // no memory for the text of a -p option
+    kExitLimit = 400,      // a value outside the range of its key
+};

@@ -1,0 +1,29 @@
+// What the systems we run on do differently. One file per system; nothing else asks which it is.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+extern const char kNativePathSep;    // what cfgCompletePath joins with
+extern const char* const kToolFile;  // file name of the video converter
+
+// Seeks from the file's start; false if the file cannot.
+bool FileSeek64(std::FILE* pFile, int64_t nOffset);
+
+// Length in bytes of a regular file, as it is now; -1 for anything else (pipe, device, folder).
+int64_t RegularFileSize(std::FILE* pFile);
+
+bool PathExists(const char* szPath);
+
+// Makes one folder level. Whether that worked shows when a file in it is opened.
+void MakeFolder(const char* szPath);
+
+// Runs a command line through the system's command processor and waits for it. Our standard
+// output is flushed first, so that the log keeps its order; the child's standard input is the
+// null device.
+void RunCommand(const char* szCommand);
+
+// The form in which a path stands for one word in a command line and is never run or expanded:
+// as it is when made of letters, digits and harmless marks only, else quoted.
+std::string CommandWord(const char* szPath);

@@ -1,0 +1,51 @@
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "md/platform/platform.h"
+
+const char kNativePathSep = '/';
+const char* const kToolFile = "ffmpeg";
+
+bool FileSeek64(std::FILE* pFile, int64_t nOffset) {
+    static_assert(sizeof(off_t) == 8);
+    return fseeko(pFile, nOffset, SEEK_SET) == 0;
+}
+
+int64_t RegularFileSize(std::FILE* pFile) {
+    struct stat tStat;
+    if (fstat(fileno(pFile), &tStat) != 0 || !S_ISREG(tStat.st_mode)) return -1;
+    return tStat.st_size;
+}
+
+bool PathExists(const char* szPath) {
+    return access(szPath, F_OK) == 0;
+}
+
+void MakeFolder(const char* szPath) {
+    (void)mkdir(szPath, 0777);
+}
+
+void RunCommand(const char* szCommand) {
+    std::fflush(stdout);
+    (void)!std::system((std::string(szCommand) + " </dev/null").c_str());
+}
+
+std::string CommandWord(const char* szPath) {
+    static const char szPlain[] =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:+,=@%";
+    if (szPath[0] != '\0' && szPath[std::strspn(szPath, szPlain)] == '\0') return szPath;
+    // Within single quotes the shell leaves every byte alone but the single quote itself.
+    std::string sWord = "'";
+    for (const char* p = szPath; *p != '\0'; ++p) {
+        if (*p == '\'') {
+            sWord += "'\\''";
+        } else {
+            sWord += *p;
+        }
+    }
+    return sWord + "'";
+}

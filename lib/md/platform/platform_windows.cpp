@@ -1,0 +1,56 @@
+#include <direct.h>
+#include <io.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "md/platform/platform.h"
+
+const char kNativePathSep = '\\';
+const char* const kToolFile = "ffmpeg.exe";
+
+bool FileSeek64(std::FILE* pFile, int64_t nOffset) {
+    return _fseeki64(pFile, nOffset, SEEK_SET) == 0;
+}
+
+int64_t RegularFileSize(std::FILE* pFile) {
+    struct _stat64 tStat;
+    if (_fstat64(_fileno(pFile), &tStat) != 0 || (tStat.st_mode & _S_IFREG) == 0) return -1;
+    return tStat.st_size;
+}
+
+bool PathExists(const char* szPath) {
+    return _access(szPath, 0) == 0;
+}
+
+void MakeFolder(const char* szPath) {
+    (void)_mkdir(szPath);
+}
+
+void RunCommand(const char* szCommand) {
+    std::fflush(stdout);
+    // The command processor strips one pair of quotes around the whole line; without that pair it
+    // would strip those of the first and the last path.
+    (void)!std::system(("\"" + std::string(szCommand) + " <NUL\"").c_str());
+}
+
+std::string CommandWord(const char* szPath) {
+    static const char szPlain[] =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:+,=@\\";
+    if (szPath[0] != '\0' && szPath[std::strspn(szPath, szPlain)] == '\0') return szPath;
+    // Quotes keep every mark from the command processor but '%', which stands outside of them with
+    // a caret: the name between two such marks then holds a quote, and no variable has that name.
+    std::string sWord = "\"";
+    for (const char* p = szPath; *p != '\0'; ++p) {
+        if (*p == '%') {
+            sWord += "\"^%\"";
+        } else if (*p != '"') {  // no file name holds one
+            sWord += *p;
+        }
+    }
+    // A backslash straight before the closing quote would escape it for the child's own parser.
+    if (sWord.back() == '\\') sWord += '\\';
+    return sWord + "\"";
+}
