@@ -1,0 +1,14 @@
+// What this chip lacks, and where its paths start from.
+#pragma once
+
+#include "md/sim_params.h"
+
+// Refuses the settings that the input map allows and this chip lacks (status -1, standard error).
+// Runs once, behind cfgConfigure and before anything reads a setting. The one correction it makes
+// is to the deprecated MD_HogWithoutBlkDiffCheck.
+void MdCheckChipLimits();
+
+// Completes a relative path in place with the folder `szBase`; a path that would not fit ends the
+// run with status -1. An empty path, one that begins with '\\', '/' or '~' and one with ":\\" in it
+// stay as they are.
+void cfgCompletePath(const char* szBase, char (&szPath)[kPathSize]);

@@ -1,0 +1,37 @@
+// The input map: one row per configuration key, with the place that receives its value, its type,
+// default and limits. Parser, default setting and limit check all walk this one table.
+#pragma once
+
+#include <cstdint>
+
+#include "md/sim_params.h"
+
+enum ValueType : int32_t {
+    kTypeInteger = 0,  // the place is an int32_t
+    kTypeString = 1,   // the place is a char[512]
+    kTypeDouble = 2,   // the place is a double
+};
+
+enum LimitKindValue : int32_t {
+    kLimitNone = 0,
+    kLimitBoth = 1,   // MinLimit to MaxLimit, both inclusive
+    kLimitLower = 2,  // MinLimit or more
+};
+
+struct InputMapEntry {
+    char TokenName[64];  // compared exactly; "END" in the row behind the last key
+    void* Place;
+    int32_t Type;       // ValueType
+    double Default;     // integers are stored as doubles too; strings have none
+    int32_t LimitKind;  // LimitKindValue
+    double MinLimit;
+    double MaxLimit;
+};
+
+constexpr int kKeyCount = 76;
+
+// The rows of all keys, then the row "END". Fixed for the process.
+extern const InputMapEntry aInputMap[kKeyCount + 1];
+
+// The texts of the gradient keys, outside SimParams.
+extern GradientTexts tGradientTexts;
