@@ -1,0 +1,27 @@
+// The feature record of a block: moments of gradient (MoG), gradient magnitudes summed with their
+// position as weight. It tells where the block's edges lie.
+#pragma once
+
+#include <cstdint>
+
+#include "md/block_feature.h"
+#include "md/sim_params.h"
+
+// Fills the record from a block window (block_fetch.h) and the Gaussian window (32 x 32 weights, 64
+// is 1.0; not read with weighting off). Defined for a block size of 16. Writes bytes 0 to 19, 196,
+// 197 and 198.
+//
+// Taps: the sum of the positive and that of the negated negative ones is at most 8 in each filter,
+// so |gradient| <= 255 * 8 = 2040 fits 16 bits, a magnitude is at most 3060, and the largest sum, a
+// block moment with weighting off, at most 3060 * 16 * 120 = 5,875,200 fits 32.
+void BlockFeature_NormalHog(const MdParams* pParams, const uint8_t* pBlkBuf,
+                            const uint8_t* pGaussWin, BlockFeature* pFeature);
+
+// What follows the pixel sums: shifts, saturation, normalisation. Shared by every path that forms
+// the sums. `nSumY` is the luma sum of the block's 256 pixels.
+struct MogSums {
+    int32_t nSumY;
+    int32_t nBlkMomX, nBlkMomY;
+    int32_t mag_x_cell[4], mag_y_cell[4];
+};
+void BlockFeatureRecord(const MdParams* pParams, const MogSums& tSums, BlockFeature* pFeature);
