@@ -1,0 +1,15 @@
+// One frame of object extraction: packs the avail map, runs the selected box method, logs the
+// outcome, and calls the temporal gate when it is enabled.
+#pragma once
+
+#include "md/md_result.h"
+
+// Packs pAvailMap into pAvailBits, eight blocks a byte, bit 0 first; spare bits are 0.
+void MdPackAvailBits();
+
+// Fills bMotionDetected, nObjNum and tObjects from the maps. Prints two lines every frame: the
+// result before the gate and the box behind it.
+void MdPostProc(const MdPpConfig* pConfig, MdResult* pResult);
+
+// Zeroes bMotionDetected, nObjNum and all object slots.
+void MdClearObjects(MdResult* pResult);

@@ -1,0 +1,8 @@
+// Box method 0: all available blocks over the distance threshold form one object. Its centre is the
+// distance-weighted mean of their positions, its half size the shorter reach from that centre to
+// the extreme blocks. No state between frames.
+#pragma once
+
+#include "md/md_result.h"
+
+void PpWeightedCentroid(const MdPpConfig* pConfig, MdResult* pResult);
