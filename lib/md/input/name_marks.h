@@ -1,0 +1,31 @@
+// What the name of an input file tells of its content.
+#pragma once
+
+#include <cstdint>
+
+// Type of a file named as raw video: its extension begins with "yuv" and the path bears a mark,
+// "_P420" gives 0, "_P422" 3, "_P400" 2 (the P in either case). Any other name gives 1. The marks
+// are looked for in the whole path, folders included.
+int32_t InputTypeFromName(const char* szPath);
+
+// Calls fnFound(width, height) for every size in the path, in order: decimal digits, 'x', decimal
+// digits, filling exactly what stands between two underscores; both at least 1.
+template <typename Found>
+void ForEachNameSize(const char* szPath, Found fnFound);
+
+// True if the text from pFrom up to pEnd is a size; stores it. Digits beyond int32_t saturate.
+bool ParseNameSize(const char* pFrom, const char* pEnd, int32_t* pWidth, int32_t* pHeight);
+
+template <typename Found>
+void ForEachNameSize(const char* szPath, Found fnFound) {
+    const char* pLast = nullptr;
+    for (const char* p = szPath; *p != '\0'; ++p) {
+        if (*p != '_') continue;
+        int32_t nWidth = 0;
+        int32_t nHeight = 0;
+        if (pLast != nullptr && ParseNameSize(pLast + 1, p, &nWidth, &nHeight)) {
+            fnFound(nWidth, nHeight);
+        }
+        pLast = p;
+    }
+}

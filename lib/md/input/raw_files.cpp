@@ -1,0 +1,45 @@
+#include "md/input/raw_files.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "md/out_file.h"
+#include "md/print.h"
+
+int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, const char* szOutput) {
+    const size_t nLuma = static_cast<size_t>(nWidth) * static_cast<size_t>(nHeight);
+    const size_t nFrame = (nLuma * 3) >> 1;
+    std::FILE* pIn = std::fopen(szInput, "rb");
+    OutFile tOut;
+    const bool bOut = OutFileOpen(&tOut, szOutput);
+    uint8_t* pFrame = static_cast<uint8_t*>(std::malloc(nFrame));
+    RequireMemory(pFrame, "a frame of the luma input");
+    if (pIn == nullptr) {
+        MdPrint("Load Y video %s error.\n", szInput);
+    } else if (!bOut) {
+        MdPrint("Can't open I420 video %s for writing.\n", szOutput);
+    } else {
+        std::memset(pFrame + nLuma, 128, nLuma >> 1);
+        while (std::fread(pFrame, 1, nLuma, pIn) == nLuma) OutFileWrite(&tOut, pFrame, nFrame);
+    }
+    std::free(pFrame);
+    if (pIn != nullptr) std::fclose(pIn);
+    OutFileClose(&tOut);
+    return 1;
+}
+
+void copyfile(const char* szDestination, const char* szSource) {
+    std::FILE* pIn = std::fopen(szSource, "rb");
+    if (pIn == nullptr) EndRun(stderr, kExitInput, "[ERROR] copyfile: src %s error\n", szSource);
+    OutFile tOut;
+    if (!OutFileOpen(&tOut, szDestination)) {
+        EndRun(stderr, kExitInput, "[ERROR] copyfile: dst %s error\n", szDestination);
+    }
+    char aBlock[1024];
+    while (const size_t nRead = std::fread(aBlock, 1, sizeof aBlock, pIn)) {
+        OutFileWrite(&tOut, aBlock, nRead);
+    }
+    std::fclose(pIn);
+    OutFileClose(&tOut);
+}

@@ -1,0 +1,21 @@
+#include "md/output/text_out.h"
+
+#include "md/print.h"
+
+bool bTextPlain = false;
+
+void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage) {
+    pOut->nUsed = 0;
+    if (!OutFileOpen(&pOut->tFile, szPath)) EndRun(stdout, kExitRefused, szMessage, szPath);
+}
+
+void TextFlush(TextOut* pOut) {
+    OutFileWrite(&pOut->tFile, pOut->aBuffer, pOut->nUsed);
+    pOut->nUsed = 0;
+}
+
+void TextClose(TextOut* pOut) {
+    if (pOut->tFile.pFile == nullptr) return;
+    TextFlush(pOut);
+    OutFileClose(&pOut->tFile);
+}

@@ -1,0 +1,142 @@
+// Text files of a run: printf formats, resolved when the program is compiled, into a large buffer.
+//
+//     TextPrint<"x:%03x,y:%03x\n">(&tText, bx, by);
+//
+// Conversions: %d, %0Nd, %x and %0Nx of integers, nothing else; hexadecimal values are not
+// negative. A dump prints millions of small numbers, so values of one byte come from a table of
+// ready strings, and literal text is copied with its size known. The plain definition of every
+// TextPrint is fprintf of the same format with the same arguments; bTextPlain makes a run use that.
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+
+#include "md/out_file.h"
+
+extern bool bTextPlain;  // all text goes through fprintf
+
+constexpr size_t kTextBuffer = size_t{1} << 16;  // bytes gathered before they are written
+constexpr size_t kTextSlack = 512;               // longest text of one TextPrint
+
+struct TextOut {
+    OutFile tFile;
+    size_t nUsed = 0;
+    char aBuffer[kTextBuffer + kTextSlack];
+};
+
+// Opens for writing; a file that cannot be opened ends the run with status -1 and szMessage, a
+// format with one %s for the path, which must outlive the open file.
+void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage);
+
+// Writes out what is gathered.
+void TextFlush(TextOut* pOut);
+
+// Closes the file, if it is open; one warning line if not all of it could be written.
+void TextClose(TextOut* pOut);
+
+// ---- How a format becomes code -------------------------------------------------------------
+
+template <size_t N>
+struct TextFormat {
+    char sz[N];
+    // NOLINTNEXTLINE(google-explicit-constructor): a string literal is meant to become one
+    constexpr TextFormat(const char (&szText)[N]) {
+        for (size_t i = 0; i < N; ++i) sz[i] = szText[i];
+    }
+    static constexpr size_t nLength = N - 1;
+};
+
+// Up to three digits of a byte and their number, copied as one word of four bytes.
+struct ByteText {
+    char aDigits[3];
+    uint8_t nLength;
+};
+
+inline constexpr std::array<ByteText, 256> aByteDecimal = [] {
+    std::array<ByteText, 256> aTable{};
+    for (unsigned n = 0; n < 256; ++n) {
+        ByteText& t = aTable[n];
+        if (n >= 100) t.aDigits[t.nLength++] = static_cast<char>('0' + n / 100);
+        if (n >= 10) t.aDigits[t.nLength++] = static_cast<char>('0' + n / 10 % 10);
+        t.aDigits[t.nLength++] = static_cast<char>('0' + n % 10);
+    }
+    return aTable;
+}();
+
+// Writes at p, returns the place behind it. Plain %d: the table or to_chars; with a width or in
+// hexadecimal: to_chars behind the missing zeros.
+template <bool bHex, int nWidth>
+char* PutNumber(char* p, int32_t nValue) {
+    if constexpr (!bHex && nWidth == 0) {
+        if (static_cast<uint32_t>(nValue) < 256) {
+            const ByteText& t = aByteDecimal[static_cast<size_t>(nValue)];
+            std::memcpy(p, &t, sizeof t);
+            return p + t.nLength;
+        }
+    }
+    if constexpr (bHex && nWidth >= 2) {
+        if (static_cast<uint32_t>(nValue) < 256) {
+            constexpr char szDigits[] = "0123456789abcdef";
+            for (int i = 2; i < nWidth; ++i) *p++ = '0';
+            *p++ = szDigits[nValue >> 4];
+            *p++ = szDigits[nValue & 15];
+            return p;
+        }
+    }
+    char aDigits[12];
+    const auto [pEnd, ec] =
+        bHex ? std::to_chars(aDigits, aDigits + sizeof aDigits, static_cast<uint32_t>(nValue), 16)
+             : std::to_chars(aDigits, aDigits + sizeof aDigits, nValue);
+    const char* pFrom = aDigits;
+    int nDigits = static_cast<int>(pEnd - aDigits);
+    if (nWidth > nDigits && *pFrom == '-') *p++ = *pFrom++;  // the sign stands before the zeros
+    for (; nDigits < nWidth; ++nDigits) *p++ = '0';
+    std::memcpy(p, pFrom, static_cast<size_t>(pEnd - pFrom));
+    return p + (pEnd - pFrom);
+}
+
+template <TextFormat F, size_t nAt>
+char* PutFormat(char* p) {
+    constexpr size_t nRest = F.nLength - nAt;
+    std::memcpy(p, F.sz + nAt, nRest);
+    return p + nRest;
+}
+
+template <TextFormat F, size_t nAt, typename... Rest>
+char* PutFormat(char* p, int32_t nValue, Rest... rest) {
+    constexpr size_t nPercent = [] {
+        size_t i = nAt;
+        while (F.sz[i] != '%') ++i;
+        return i;
+    }();
+    constexpr bool bWidth = F.sz[nPercent + 1] == '0';
+    constexpr int nWidth = bWidth ? F.sz[nPercent + 2] - '0' : 0;
+    constexpr size_t nType = nPercent + (bWidth ? 3 : 1);
+    static_assert(F.sz[nType] == 'd' || F.sz[nType] == 'x');
+    std::memcpy(p, F.sz + nAt, nPercent - nAt);
+    p = PutNumber<F.sz[nType] == 'x', nWidth>(p + (nPercent - nAt), nValue);
+    return PutFormat<F, nType + 1>(p, rest...);
+}
+
+template <TextFormat F, typename... Args>
+void TextPrint(TextOut* pOut, Args... args) {
+    static_assert(F.nLength + 12 * sizeof...(Args) <= kTextSlack);
+    if (bTextPlain) [[unlikely]] {
+        std::FILE* pFile = pOut->tFile.pFile;
+        const int nPrinted =
+            sizeof...(Args) == 0 ? std::fputs(F.sz, pFile) : std::fprintf(pFile, F.sz, args...);
+        if (nPrinted < 0) pOut->tFile.bShort = true;
+        return;
+    }
+    char* const pStart = pOut->aBuffer + pOut->nUsed;
+    pOut->nUsed += static_cast<size_t>(PutFormat<F, 0>(pStart, args...) - pStart);
+    if (pOut->nUsed >= kTextBuffer) TextFlush(pOut);
+}
+
+// One TextPrint for each of `nCount` bytes.
+template <TextFormat F>
+void TextPrintEach(TextOut* pOut, const uint8_t* pValues, int32_t nCount) {
+    for (int32_t i = 0; i < nCount; ++i) TextPrint<F>(pOut, pValues[i]);
+}
