@@ -1,0 +1,10 @@
+// MD: bit-exact simulator of the motion-detection block.
+#include "app/md_sim_run.h"
+#include "md/print.h"
+
+int main(int argc, char** argv) {
+    SetPathSep(argv[0]);
+    MdSimRun(argc, argv);
+    MdPrint("finish.\n");
+    return 0;
+}

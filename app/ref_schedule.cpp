@@ -1,0 +1,44 @@
+#include "app/ref_schedule.h"
+
+#include <cstring>
+
+#include "md/print.h"
+#include "md/run_state.h"
+
+namespace {
+
+// Until R frames have passed the reference is slot 0; from then on it is the slot that the next
+// frame will overwrite, which holds frame n - R.
+int32_t ReferenceSlot(int32_t n, int32_t R) {
+    return n < R ? 0 : (n + 1) % (R + 1);
+}
+
+}  // namespace
+
+void MdUpdateRefBufIdx(MdParams* pParams) {
+    pParams->RefBufIdx = ReferenceSlot(pParams->CurFrmId, pParams->nMD_RefFrmIdx);
+}
+
+void MdRefSchedule() {
+    MdParams& md = tSimParams.tMd;
+    const int32_t n = md.CurFrmId;
+    const int32_t R = md.nMD_RefFrmIdx;
+    const bool bDetail = (md.nDbgEn & kDbgDetail) != 0;
+    if (md.nMD_HogRefMode == 0) {
+        md.RefBufIdx = ReferenceSlot(n, R);
+        if (bDetail) MdPrint("CurFrmId=%d, RefBufIdx=%d\n", n, md.RefBufIdx);
+    } else {
+        MdUpdateRefBufIdx(&md);
+    }
+    if (n > 0) {
+        // The line names the frame before; the buffer holds the frame just read.
+        if (bDetail) {
+            MdPrint("Copy Y of frame(%d) to ppPrevYBuffer(%d).\n", n - 1, md.RefBufIdx);
+        }
+        const size_t nPixels = static_cast<size_t>(nMdWidth) * static_cast<size_t>(nMdHeight);
+        std::memcpy(tFrameBuffers.ppPrevYBuffer[md.RefBufIdx], tFrameBuffers.pCurYuv,
+                    (nPixels * 3) >> 1);
+    }
+    tMdResult.pCurFeat = tMdResult.pFeaturePool[n % (R + 1)];
+    if (bDetail) MdPrint("CurFrmId=%d, RefBufIdx=%d\n", n, md.RefBufIdx);
+}

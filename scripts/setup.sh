@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Installs what building, running and testing need on Debian 12, and nothing that is there already.
+set -euo pipefail
+
+packages=(g++ cmake ninja-build libgtest-dev ffmpeg jq "$@")
+missing=()
+for p in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
+as_root apt-get update -qq
+as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

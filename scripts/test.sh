@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Builds the release and the sanitizer build and runs every test in both.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+for preset in release asan; do
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset"
+    ctest --preset "$preset" -j "$(nproc)"
+done

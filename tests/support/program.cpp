@@ -1,0 +1,71 @@
+#include "tests/support/program.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+TempFolder::TempFolder() {
+    std::string sName = (fs::temp_directory_path() / "md_test_XXXXXX").string();
+    if (mkdtemp(sName.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    tPath = sName;
+}
+
+TempFolder::~TempFolder() {
+    std::error_code tIgnored;
+    fs::remove_all(tPath, tIgnored);
+}
+
+std::string ReadAll(const fs::path& tPath) {
+    std::ifstream tFile(tPath, std::ios::binary);
+    if (!tFile) throw std::runtime_error("cannot read " + tPath.string());
+    std::ostringstream tText;
+    tText << tFile.rdbuf();
+    return tText.str();
+}
+
+void WriteAll(const fs::path& tPath, const std::string& sBytes) {
+    std::ofstream(tPath, std::ios::binary) << sBytes;
+}
+
+Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArguments) {
+    const TempFolder tCapture;
+    const std::string sOut = tCapture / "out";
+    const std::string sErr = tCapture / "err";
+    std::vector<char*> argv;
+    for (const std::string& s : aArguments) argv.push_back(const_cast<char*>(s.c_str()));
+    argv.push_back(nullptr);
+    const pid_t nChild = fork();
+    if (nChild == 0) {
+        if (chdir(tFolder.c_str()) != 0 || freopen(sOut.c_str(), "wb", stdout) == nullptr ||
+            freopen(sErr.c_str(), "wb", stderr) == nullptr) {
+            _exit(127);
+        }
+        execvp(argv[0], argv.data());
+        _exit(127);
+    }
+    int nStatus = 0;
+    waitpid(nChild, &nStatus, 0);
+    const int nExit = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : 128 + WTERMSIG(nStatus);
+    return {nExit, ReadAll(sOut), ReadAll(sErr)};
+}
+
+Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions) {
+    std::vector<std::string> aArguments = {MD_PROGRAM};
+    aArguments.insert(aArguments.end(), aOptions.begin(), aOptions.end());
+    return RunProgram(tFolder, aArguments);
+}
+
+std::string BaseConfig(int nWidth, int nHeight) {
+    std::ostringstream t;
+    t << "InputFilePath = in.yuv\nOutputFilePath = out\n"
+      << "InputWidth = " << nWidth << "\nInputHeight = " << nHeight << "\n"
+      << "MD_ScaledW = " << nWidth << "\nMD_ScaledH = " << nHeight << "\n"
+      << "MD_Scale_KeepAspectRatio = 0\nFramesToBeProcessed = -1\n"
+      << "MD_HogMethod = 1\nMD_MetricMode = 2\nMD_HogNormalizeMode = 1\n"
+      << "MD_HogGradX = -1,-2,0,2,1\nMD_HogGradY = -1,-2,0,2,1\nEnableBatch = 1\n";
+    return t.str();
+}
