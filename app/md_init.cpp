@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "app/frame_scan.h"
 #include "md/decision/frame_block_scan.h"
 #include "md/feature/gaussian_window.h"
 #include "md/object/post_proc.h"
@@ -106,22 +107,6 @@ void AllocateFrames() {
     }
 }
 
-void AllocateBlocks() {
-    MdResult& res = tMdResult;
-    const size_t nBlocks = static_cast<size_t>(res.nBlkW) * static_cast<size_t>(res.nBlkH);
-    for (BlockFeature*& pSlot : res.pFeaturePool) {
-        Allocate(&pSlot, nBlocks * sizeof(BlockFeature), "the feature pool");
-    }
-    Allocate(&res.pAvailMap, nBlocks, "the avail map");
-    Allocate(&res.pDistMap, nBlocks, "the hogDist map");
-    Allocate(&res.pAvailBits, (nBlocks + 7) >> 3, "the avail bitmap");
-    // One allocation holds all records; entry 0 of the table is its start.
-    Allocate(&res.ppHistory, nBlocks * sizeof(BlockHistory*), "the history table");
-    auto* pRecords = static_cast<BlockHistory*>(std::calloc(nBlocks, sizeof(BlockHistory)));
-    RequireMemory(pRecords, "the history records");
-    for (size_t i = 0; i < nBlocks; ++i) res.ppHistory[i] = pRecords + i;
-}
-
 }  // namespace
 
 int32_t MdInit() {
@@ -136,7 +121,7 @@ int32_t MdInit() {
     GaussianWindowInit(dSigma, md.nMD_HogBlockSize, kGaussPeak, &tMdResult.aGaussWin[0][0]);
     RefuseHeavyFilters();
     AllocateFrames();
-    AllocateBlocks();
+    FrameScanInit();
     DumpsOpen();
     return MdFillPpConfig();
 }
@@ -163,12 +148,7 @@ int32_t MdFillPpConfig() {
 }
 
 int32_t MdDeinit() {
-    for (BlockFeature* pSlot : tMdResult.pFeaturePool) std::free(pSlot);
-    std::free(tMdResult.pAvailMap);
-    std::free(tMdResult.pDistMap);
-    std::free(tMdResult.pAvailBits);
-    if (tMdResult.ppHistory != nullptr) std::free(tMdResult.ppHistory[0]);
-    std::free(tMdResult.ppHistory);
+    FrameScanRelease();
     tMdResult = MdResult{};
     std::free(tFrameBuffers.pCurYuv);
     std::free(tFrameBuffers.pCompYuv);

@@ -1,13 +1,12 @@
 #include "app/md_sim_run.h"
 
-#include <cstdio>
-
+#include "app/frame_reader.h"
+#include "app/frame_scan.h"
 #include "app/md_init.h"
 #include "app/ref_schedule.h"
 #include "md/cfg_top/chip_limits.h"
 #include "md/cfg_top/configure.h"
 #include "md/compose_path.h"
-#include "md/decision/frame_block_scan.h"
 #include "md/input/prepare_input.h"
 #include "md/object/post_proc.h"
 #include "md/output/dumps.h"
@@ -37,27 +36,15 @@ void Configure(int32_t argc, char** argv) {
     MakeFolderIfMissing(sim.szFeaturePath);
 }
 
-std::FILE* OpenWorkingFile(int32_t nFrameBytes) {
-    const SimParams& sim = tSimParams;
-    std::FILE* pFile = std::fopen(sim.pScaledInputPath, "rb");
-    if (pFile == nullptr) {
-        EndRun(stdout, kExitRefused, "open input yuv file '%s' error\n", sim.pScaledInputPath);
-    }
-    // A start beyond the end shows at the first read.
-    (void)FileSeek64(pFile, int64_t{nFrameBytes} * sim.nStartFrameIdx);
-    return pFile;
-}
-
 // Up to FramesToBeProcessed frames or a short read, whichever comes first.
-void FrameLoop(std::FILE* pFile, int32_t nFrameBytes) {
+void FrameLoop(FrameReader* pReader) {
     const SimParams& sim = tSimParams;
     const int32_t nFrames = sim.nFramesToBeProcessed;
     for (int32_t n = 0; nFrames == -1 || n < nFrames; ++n) {
-        const size_t nRead =
-            std::fread(tFrameBuffers.pCurYuv, 1, static_cast<size_t>(nFrameBytes), pFile);
-        if (nRead < static_cast<size_t>(nFrameBytes)) {
-            MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx,
-                    static_cast<int32_t>(nRead), nFrameBytes);
+        const int32_t nRead = FrameReaderNext(pReader, tFrameBuffers.pCurYuv);
+        if (nRead < pReader->nFrameBytes) {
+            MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx, nRead,
+                    pReader->nFrameBytes);
             return;
         }
         MdPrint("*****frame %d\n", n + sim.nStartFrameIdx);
@@ -82,11 +69,10 @@ void MdSimRun(int32_t argc, char** argv) {
     MdPrepareInput(argc > 0 ? argv[0] : "");
     MdInit();
     OutputFilesOpen(tSimParams.OutputFilePath);
-    const int32_t nFrameBytes =
-        static_cast<int32_t>((int64_t{nMdWidth} * nMdHeight * 3) >> 1);  // MdInit saw that it fits
-    std::FILE* pFile = OpenWorkingFile(nFrameBytes);
-    FrameLoop(pFile, nFrameBytes);
-    std::fclose(pFile);
+    FrameReader tReader = FrameReaderOpen(tSimParams.pScaledInputPath, nMdWidth, nMdHeight,
+                                          tSimParams.nStartFrameIdx, !VideosOn());
+    FrameLoop(&tReader);
+    FrameReaderClose(&tReader);
     OutputFilesClose();
     OutputConvertMp4();
     MdDeinit();
@@ -103,14 +89,10 @@ int32_t MdProcessFrame() {
 
 void MdDetectFrame() {
     const MdParams& md = tSimParams.tMd;
-    MdResult& res = tMdResult;
-    MdClearObjects(&res);
-    // The first frame is compared with itself, whatever the reference mode.
-    const BlockFeature* pRefFeat = md.CurFrmId == 0 ? res.pCurFeat : res.pFeaturePool[md.RefBufIdx];
-    FrameBlockScan_NormalHog(&md, tFrameBuffers.pCurYuv, nMdWidth, nMdHeight, &res.aGaussWin[0][0],
-                             res.pCurFeat, pRefFeat, res.pAvailMap, res.pDistMap, res.ppHistory);
+    MdClearObjects(&tMdResult);
+    FrameScanRun();
     MdPackAvailBits();
-    MdPostProc(&tMdPpConfig, &res);
+    MdPostProc(&tMdPpConfig, &tMdResult);
     if ((md.nDbgEn & kDbgFeatures) != 0) DumpFrameFeatures(md.RefBufIdx);
     if ((md.nDbgEn & kDbgDistances) != 0) DumpFrameDist();
     if ((md.nDbgEn & kDbgObjects) != 0) ObjectReportWrite();

@@ -13,6 +13,11 @@ int32_t ReferenceSlot(int32_t n, int32_t R) {
     return n < R ? 0 : (n + 1) % (R + 1);
 }
 
+void CopyToPool(int32_t nSlot) {
+    const size_t nPixels = static_cast<size_t>(nMdWidth) * static_cast<size_t>(nMdHeight);
+    std::memcpy(tFrameBuffers.ppPrevYBuffer[nSlot], tFrameBuffers.pCurYuv, (nPixels * 3) >> 1);
+}
+
 }  // namespace
 
 void MdUpdateRefBufIdx(MdParams* pParams) {
@@ -35,9 +40,8 @@ void MdRefSchedule() {
         if (bDetail) {
             MdPrint("Copy Y of frame(%d) to ppPrevYBuffer(%d).\n", n - 1, md.RefBufIdx);
         }
-        const size_t nPixels = static_cast<size_t>(nMdWidth) * static_cast<size_t>(nMdHeight);
-        std::memcpy(tFrameBuffers.ppPrevYBuffer[md.RefBufIdx], tFrameBuffers.pCurYuv,
-                    (nPixels * 3) >> 1);
+        // The left panel of comp is the pool's one reader; without it the copy is left out.
+        if ((md.nDbgEn & kDbgComp) != 0 && R != 0) CopyToPool(md.RefBufIdx);
     }
     tMdResult.pCurFeat = tMdResult.pFeaturePool[n % (R + 1)];
     if (bDetail) MdPrint("CurFrmId=%d, RefBufIdx=%d\n", n, md.RefBufIdx);

@@ -11,14 +11,7 @@ int32_t nYDiffThreCarry;
 
 namespace {
 
-enum ThresholdMethod : int32_t { kPerRow = 0, kRunning = 1, kFromLastFrame = 2 };
-
 constexpr int32_t kMaxWindow = 32 + 4;  // pixels; largest block size with its border
-
-// The mean comes first and is an integer before the scale (sixteenths) applies.
-int32_t MeanThreshold(const MdParams& md, int32_t iYDiffSum, int32_t nBlocks) {
-    return ((iYDiffSum / nBlocks) * md.nMD_HogDist_AvgYDiffThre_Scale) >> 4;
-}
 
 void FetchBlock(const MdParams& md, const uint8_t* pY, int32_t nWidth, int32_t nHeight, int32_t x0,
                 int32_t y0, uint8_t* pBlkBuf) {
@@ -37,6 +30,18 @@ void FetchBlock(const MdParams& md, const uint8_t* pY, int32_t nWidth, int32_t n
 }
 
 }  // namespace
+
+int32_t MeanThreshold(const MdParams& md, int32_t iYDiffSum, int32_t nBlocks) {
+    return ((iYDiffSum / nBlocks) * md.nMD_HogDist_AvgYDiffThre_Scale) >> 4;
+}
+
+void FinishThreshold(const MdParams& md, int32_t nBlkH, int32_t nYDiffThre) {
+    if (md.nMD_HogDist_AvgYDiffCalc_Method == kPerRow) {
+        MdPrint("blockLine=%d, nYDiffThreLine = %d\n", nBlkH - 1, nYDiffThre);
+    } else if (md.nMD_HogDist_AvgYDiffCalc_Method == kFromLastFrame) {
+        nYDiffThreCarry = nYDiffThre;
+    }
+}
 
 int32_t BlockCount(int32_t nPixels, const MdParams& md) {
     return (nPixels - md.nMD_HogBlockSize) / md.nMD_HogBlockStride + 1;
@@ -80,12 +85,10 @@ void FrameBlockScan_NormalHog(const MdParams* pParams, const uint8_t* pY, int32_
         }
     }
 
+    nYDiffThre = MeanThreshold(md, iYDiffSum, nBlkH * nBlkW);
+    FinishThreshold(md, nBlkH, nYDiffThre);
     if (nMethod == kPerRow) {
-        nYDiffThre = MeanThreshold(md, iYDiffSum, nBlkH * nBlkW);
-        MdPrint("blockLine=%d, nYDiffThreLine = %d\n", nBlkH - 1, nYDiffThre);
         for (int32_t x = 0; x < nBlkW; ++x) Decide(x, nBlkH - 1, nYDiffThre);
-    } else if (nMethod == kFromLastFrame) {
-        nYDiffThreCarry = MeanThreshold(md, iYDiffSum, nBlkH * nBlkW);
     }
 }
 

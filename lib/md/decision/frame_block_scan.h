@@ -12,8 +12,18 @@
 // Luma threshold of the last frame, for threshold method 2 alone.
 extern int32_t nYDiffThreCarry;
 
+// Values of nMD_HogDist_AvgYDiffCalc_Method: when the luma threshold is formed.
+enum ThresholdMethod : int32_t { kPerRow = 0, kRunning = 1, kFromLastFrame = 2 };
+
 // Blocks along one axis of the frame.
 int32_t BlockCount(int32_t nPixels, const MdParams& md);
+
+// Luma threshold over the first nBlocks blocks. The mean comes first and is an integer before the
+// scale (sixteenths) applies.
+int32_t MeanThreshold(const MdParams& md, int32_t iYDiffSum, int32_t nBlocks);
+
+// The end of a frame's scan: method 0 prints the threshold over all blocks, method 2 keeps it.
+void FinishThreshold(const MdParams& md, int32_t nBlkH, int32_t nYDiffThre);
 
 // Scans one frame. `pY`: luma plane, row pitch nWidth. `pGaussWin`: 32 x 32 weights. Per-block
 // tables in raster order: `pCurFeat` is written, `pRefFeat` read (both may be one array), maps and

@@ -15,6 +15,7 @@ void MdPackAvailBits() {
     uint8_t* pBits = tMdResult.pAvailBits;
     std::memset(pBits, 0, static_cast<size_t>((n + 7) >> 3));
     for (int32_t i = 0; i < n; ++i) {
+        if (tMdResult.pAvailMap[i] == 0) continue;  // most blocks
         pBits[i >> 3] = static_cast<uint8_t>(pBits[i >> 3] | tMdResult.pAvailMap[i] << (i & 7));
     }
 }

@@ -114,6 +114,10 @@ void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth)
 
 }  // namespace
 
+bool VideosOn() {
+    return VideoOn(kDbgComp) || VideoOn(kDbgMotionArea) || VideoOn(kDbgHogDist);
+}
+
 void OutputFilesOpen(const char* szOutputPath) {
     tOutputFiles = OutputFiles{};
     if (VideoOn(kDbgComp)) OpenVideo(&tOutputFiles.comp, "comp", szOutputPath, 3 * nMdWidth);

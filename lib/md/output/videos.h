@@ -10,6 +10,9 @@
 
 #include <cstdint>
 
+// Whether any video is on; without one nothing reads a frame's chroma.
+bool VideosOn();
+
 // Opens the enabled raw files and starts the count log. A raw file that cannot be opened ends the
 // run with status -1.
 void OutputFilesOpen(const char* szOutputPath);

@@ -1,0 +1,13 @@
+// The block scan of a run: chooses the plain or the fast walk, owns the buffers of the one chosen,
+// and keeps the 200-byte feature records up to date where something reads them.
+#pragma once
+
+// Allocates the block tables of MdResult (status 1 when there is no memory). The grid, the Gaussian
+// window and all settings must stand. Detail lines are told by the plain walk alone, so a run that
+// prints them takes it.
+void FrameScanInit();
+void FrameScanRelease();
+
+// Scans the frame in pCurYuv: both maps, and the records of the current slot where dumps or a box
+// method read them.
+void FrameScanRun();

@@ -1,0 +1,81 @@
+// The fast way to the feature records of a block row: the same sums as BlockFeature_NormalHog, over
+// whole rows of cells instead of one block at a time.
+//
+// A block is four cells of 8 x 8 pixels, and strides are multiples of 8, so every block's corner
+// lies on the grid of cells. A cell serves each block over it in another role: as its left or right
+// half, as its top or bottom half. The border of a block (block_fetch.h) changes the horizontal
+// gradient only in its columns 0, 1, 14, 15, hence with the left or right role alone, and the
+// vertical one only in its rows 0, 1, 14, 15, with the top or bottom role alone. So a row of cells
+// needs two versions of each gradient, whatever the number of blocks over it; magnitude, weight and
+// moments follow per block.
+//
+// Why 16 bits hold what the lanes carry, with |gradient| <= 2040 by the tap limit:
+//   magnitude m = max + (min >> 1)                           <= 3060
+//   weight (m * w) >> 6 as high half of (2 m) * (w << 9)     2 m <= 6120, w << 9 <= 32768
+//   column sum over 8 rows                                   <= 8 * 3060 = 24480
+//   sum of row * m, rows 7 to 4 counted from the bottom up   <= (1 + 2 + 3 + 4) * 3060 = 30600
+//   the same, rows 3 to 1                                    <= (5 + 6 + 7) * 3060 = 55080
+// A cell's moment, at most 28 * 8 * 3060 = 685,440, and all sums of a block take 32 bits.
+#pragma once
+
+#include <cstdint>
+
+#include "md/block_feature.h"
+#include "md/sim_params.h"
+
+// What the kernels read of the settings, brought into lane order once a run.
+struct CellSetup {
+    int16_t aGradX[kGradientTaps];
+    int16_t aGradY[kGradientTaps];
+    uint16_t aWeight[16][16];  // Gaussian weight << 9; 64 << 9 with weighting off
+    int32_t nPadding;          // 0 neighbours, 1 zeros, 2 the block's own edge
+    int32_t nStrideCells;      // block stride in cells, 1 to 8
+    bool bMoments;             // metric on; else the vector stays 0
+    bool bNormalise;
+    int32_t nShiftMetric;   // right shift of the cell moments
+    int32_t nShiftHistMag;  // 0 to 7
+    bool bWeightOneSided;   // form of the distance weight
+    int32_t nAccuShift;     // right shift of the squared distance, 4 or 6
+    int32_t nScale;         // scale of the distance, 0 to 511
+    int32_t nDistShift;     // right shift of the scaled distance, 4 or 12
+};
+
+void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup* pSetup);
+
+// Sums of one cell in one role: magnitude, x moment and y moment within the cell, luma.
+struct CellSums {
+    int32_t nMag, nMomX, nMomY, nLuma;
+};
+
+// Upper or lower half of a block.
+struct HalfBlock {
+    CellSums tLeft, tRight;
+};
+
+// What distance and dumps need of a feature record, packed so that a row of them stays in cache.
+struct alignas(16) BlockSignature {
+    uint8_t v[kVectorSize];
+    uint8_t nAvgY;
+    uint8_t histNorm2;
+    uint8_t aZero[4];
+};
+static_assert(sizeof(BlockSignature) == 16);
+
+// Sums of the cell row whose first pixel row is `nY`, for all `nBlocks` blocks of a block row: in
+// the top role into pTop, in the bottom role into pBottom, each unless it is null. `pY`: luma
+// plane, row pitch nWidth.
+using CellRowSumsFn = void(const CellSetup* pSetup, const uint8_t* pY, int32_t nWidth,
+                           int32_t nHeight, int32_t nY, int32_t nBlocks, HalfBlock* pTop,
+                           HalfBlock* pBottom);
+
+// Records of a block row from its halves, its distances from the reference row and its absolute
+// differences of mean luma. pCur and pRef may be one array.
+using BlockRowFeaturesFn = void(const CellSetup* pSetup, const HalfBlock* pTop,
+                                const HalfBlock* pBottom, int32_t nBlocks, BlockSignature* pCur,
+                                const BlockSignature* pRef, uint8_t* pDist, uint8_t* pYDiff);
+
+CellRowSumsFn CellRowSums_Sse2, CellRowSums_Avx2;
+BlockRowFeaturesFn BlockRowFeatures_Sse2, BlockRowFeatures_Avx2;
+
+// The 200-byte records of `nBlocks` signatures, for dumps and box method 2.
+void ExpandSignatures(const BlockSignature* pSignatures, int32_t nBlocks, BlockFeature* pFeatures);

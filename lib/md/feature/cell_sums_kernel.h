@@ -1,0 +1,440 @@
+// The text of the kernels declared in cell_sums.h, in the compiler's own vector types. Each file
+// that includes it is built for another instruction set and gives the two functions its names; all
+// else here stays inside that file, and nothing here calls a library template, so that no code
+// built for a newer processor can be linked into an older path.
+//
+// A vector holds 16 lanes of 16 bits: a pixel row of one block, its left cell in lanes 0 to 7 and
+// its right one in lanes 8 to 15.
+#pragma once
+
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "md/feature/cell_sums.h"
+
+namespace {
+
+using U8x16 = uint8_t __attribute__((vector_size(16)));
+using U16x16 = uint16_t __attribute__((vector_size(32)));
+using I16x16 = int16_t __attribute__((vector_size(32)));
+using U32x8 = uint32_t __attribute__((vector_size(32)));
+using I16x8 = int16_t __attribute__((vector_size(16)));
+using I32x4 = int32_t __attribute__((vector_size(16)));
+
+constexpr int32_t kChunkCells = 32;                          // blocks worked on at once at stride 8
+constexpr int32_t kChunkPixels = 8 * (kChunkCells + 1);      // and the cell behind the last one
+constexpr int32_t kVectors = (kChunkPixels + 15) / 16;       // of a pixel row
+constexpr int32_t kMargin = 16;                              // lanes before the first pixel
+constexpr int32_t kRowLanes = kMargin + 16 * kVectors + 16;  // of the longest row
+
+#define MD_INLINE inline __attribute__((always_inline))
+
+template <typename V, typename T>
+MD_INLINE V Load(const T* p) {
+    V v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+template <typename V, typename T>
+MD_INLINE void Store(T* p, V v) {
+    std::memcpy(p, &v, sizeof v);
+}
+
+MD_INLINE U16x16 MulHigh(U16x16 a, U16x16 b) {
+#ifdef __AVX2__
+    return (U16x16)_mm256_mulhi_epu16((__m256i)a, (__m256i)b);
+#else
+    __m128i x[2], y[2];
+    std::memcpy(x, &a, sizeof a);
+    std::memcpy(y, &b, sizeof b);
+    x[0] = _mm_mulhi_epu16(x[0], y[0]);
+    x[1] = _mm_mulhi_epu16(x[1], y[1]);
+    return Load<U16x16>(x);
+#endif
+}
+
+MD_INLINE I16x16 Max(I16x16 a, I16x16 b) {
+    return a > b ? a : b;
+}
+MD_INLINE I16x16 Abs(I16x16 a) {
+    return Max(a, -a);
+}
+
+// Pixels of the chunk's rows as 16-bit lanes; row 2 is the cell row's first.
+struct ChunkRows {
+    alignas(32) int16_t aRow[12][kRowLanes];
+};
+
+// |gx| in block order: lanes of row r at entry c are cell c as left half, cell c + 1 as right half.
+// |gy| in pixel order, once in the top role, once in the bottom role.
+struct ChunkGradients {
+    alignas(32) int16_t aX[8][kChunkCells + 2][16];
+    alignas(32) int16_t aYTop[8][16 * kVectors + 16];
+    alignas(32) int16_t aYBottom[8][16 * kVectors + 16];
+    alignas(32) uint16_t aLuma[16 * kVectors + 16];  // column sums over the 8 rows, <= 2040
+};
+
+// One pixel row from column x0 - kMargin on. Columns beyond the frame repeat its edge, which
+// padding mode 0 asks for and the other modes never look at.
+MD_INLINE void WidenRow(const uint8_t* pRow, int32_t nWidth, int32_t x0, int32_t nVectors,
+                        int16_t* pLanes) {
+    const int32_t nFrom = x0 - kMargin;
+    const int32_t nLanes = kMargin + 16 * nVectors + 16;
+    const bool bInside = nFrom >= 0 && nFrom + nLanes <= nWidth;
+    uint8_t aEdge[kRowLanes];
+    const uint8_t* pFrom = pRow + nFrom;
+    if (!bInside) {
+        const int32_t nLeft = nFrom < 0 ? -nFrom : 0;
+        const int32_t nAvail = nWidth - (nFrom + nLeft);
+        const int32_t nRight = nLeft + (nAvail < nLanes - nLeft ? nAvail : nLanes - nLeft);
+        std::memset(aEdge, pRow[0], static_cast<size_t>(nLeft));
+        std::memcpy(aEdge + nLeft, pFrom + nLeft, static_cast<size_t>(nRight - nLeft));
+        std::memset(aEdge + nRight, pRow[nWidth - 1], static_cast<size_t>(nLanes - nRight));
+        pFrom = aEdge;
+    }
+#pragma GCC unroll 4
+    for (int32_t i = 0; i < nLanes; i += 16) {
+        Store(pLanes + i, __builtin_convertvector(Load<U8x16>(pFrom + i), I16x16));
+    }
+}
+
+// `v` with column nColumn of both cells taken from `from`.
+template <int32_t nColumn>
+MD_INLINE I16x16 Replace(I16x16 v, I16x16 from) {
+#define MD_LANE(i) ((i) % 8 == nColumn ? 16 + (i) : (i))
+    return __builtin_shufflevector(v, from, MD_LANE(0), MD_LANE(1), MD_LANE(2), MD_LANE(3),
+                                   MD_LANE(4), MD_LANE(5), MD_LANE(6), MD_LANE(7), MD_LANE(8),
+                                   MD_LANE(9), MD_LANE(10), MD_LANE(11), MD_LANE(12), MD_LANE(13),
+                                   MD_LANE(14), MD_LANE(15));
+#undef MD_LANE
+}
+
+// Which taps of a filter a gradient function multiplies: taps that are 0 cost as much as others.
+template <bool bOuterTaps, bool bCentreTap>
+struct TapPattern {
+    static constexpr bool bOuter = bOuterTaps;   // tap 0 or tap 4
+    static constexpr bool bCentre = bCentreTap;  // tap 2
+};
+
+// Calls fn with the pattern that covers the taps.
+template <typename Fn>
+MD_INLINE void WithPattern(const int16_t* pTaps, Fn fn) {
+    const bool bOuter = pTaps[0] != 0 || pTaps[4] != 0;
+    const bool bCentre = pTaps[2] != 0;
+    if (bOuter && bCentre) fn(TapPattern<true, true>{});
+    if (bOuter && !bCentre) fn(TapPattern<true, false>{});
+    if (!bOuter && bCentre) fn(TapPattern<false, true>{});
+    if (!bOuter && !bCentre) fn(TapPattern<false, false>{});
+}
+
+// |gx| of one pixel row in both roles. In the left role the columns before a cell are the border,
+// in the right role those behind it.
+template <int32_t nPadding, typename Taps>
+MD_INLINE void GradientRowX(const int16_t* pTaps, const int16_t* pLanes, int32_t nVectors,
+                            int32_t nRow, ChunkGradients* pOut) {
+#pragma GCC unroll 2
+    for (int32_t i = 0; i < nVectors; ++i) {
+        const int16_t* p = pLanes + kMargin + 16 * i;
+        const I16x16 a = Load<I16x16>(p - 2), b = Load<I16x16>(p - 1), c = Load<I16x16>(p),
+                     d = Load<I16x16>(p + 1), e = Load<I16x16>(p + 2);
+        I16x16 aL = a, bL = b, dR = d, eR = e;
+        if (nPadding != 0) {
+            const I16x16 nEdge = nPadding == 1 ? I16x16{} : c;    // of column 0 and of column 7
+            const I16x16 nBefore = nPadding == 1 ? I16x16{} : b;  // column 0 seen from column 1
+            const I16x16 nBehind = nPadding == 1 ? I16x16{} : d;  // column 7 seen from column 6
+            bL = Replace<0>(b, nEdge);
+            aL = Replace<0>(Replace<1>(a, nBefore), nEdge);
+            dR = Replace<7>(d, nEdge);
+            eR = Replace<7>(Replace<6>(e, nBehind), nEdge);
+        }
+        I16x16 nLeft = bL * pTaps[1] + d * pTaps[3];
+        I16x16 nRight = b * pTaps[1] + dR * pTaps[3];
+        if (Taps::bOuter) {
+            nLeft += aL * pTaps[0] + e * pTaps[4];
+            nRight += a * pTaps[0] + eR * pTaps[4];
+        }
+        if (Taps::bCentre) {
+            nLeft += c * pTaps[2];
+            nRight += c * pTaps[2];
+        }
+        const I16x16 nAbsLeft = Abs(nLeft), nAbsRight = Abs(nRight);
+        // Cells 2i and 2i + 1: as left halves of their own blocks, as right halves of those before.
+        std::memcpy(&pOut->aX[nRow][2 * i + 1][0], &nAbsLeft, 16);
+        std::memcpy(&pOut->aX[nRow][2 * i + 2][0], (const char*)&nAbsLeft + 16, 16);
+        std::memcpy(&pOut->aX[nRow][2 * i][8], &nAbsRight, 16);
+        std::memcpy(&pOut->aX[nRow][2 * i + 1][8], (const char*)&nAbsRight + 16, 16);
+    }
+}
+
+template <typename Taps>
+MD_INLINE void GradientsX(const CellSetup& t, const ChunkRows& rows, int32_t nVectors,
+                          ChunkGradients* pOut) {
+    for (int32_t r = 0; r < 8; ++r) {
+        const int16_t* pLanes = rows.aRow[r + 2];
+        if (t.nPadding == 0) GradientRowX<0, Taps>(t.aGradX, pLanes, nVectors, r, pOut);
+        if (t.nPadding == 1) GradientRowX<1, Taps>(t.aGradX, pLanes, nVectors, r, pOut);
+        if (t.nPadding == 2) GradientRowX<2, Taps>(t.aGradX, pLanes, nVectors, r, pOut);
+    }
+}
+
+// |gy| of one pixel row from the five rows around it.
+template <typename Taps>
+MD_INLINE void GradientRowY(const int16_t* pTaps, const int16_t* const apRows[5], int32_t nVectors,
+                            int16_t* pOut) {
+#pragma GCC unroll 2
+    for (int32_t i = 0; i < nVectors; ++i) {
+        const auto Term = [&](int32_t k) {
+            return Load<I16x16>(apRows[k] + kMargin + 16 * i) * pTaps[k];
+        };
+        I16x16 g = Term(1) + Term(3);
+        if (Taps::bOuter) g += Term(0) + Term(4);
+        if (Taps::bCentre) g += Term(2);
+        Store(pOut + 16 * i, Abs(g));
+    }
+}
+
+// |gy| of the 8 rows in the roles asked for. The border rows above the top half and below the
+// bottom half are those of the padding mode; between the halves rows are always real.
+template <typename Taps>
+MD_INLINE void GradientsY(const CellSetup& t, const ChunkRows& rows, int32_t nVectors,
+                          ChunkGradients* pOut) {
+    alignas(32) static const int16_t aZero[kRowLanes] = {};
+    for (int32_t r = 0; r < 8; ++r) {
+        const int16_t* apTop[5];
+        const int16_t* apBottom[5];
+        for (int32_t k = 0; k < 5; ++k) {
+            const int32_t n = r + k;  // row 2 is the first of the cell, row 9 its last
+            apTop[k] = apBottom[k] = rows.aRow[n];
+            if (t.nPadding == 1 && n < 2) apTop[k] = aZero;
+            if (t.nPadding == 1 && n > 9) apBottom[k] = aZero;
+            if (t.nPadding == 2 && n < 2) apTop[k] = rows.aRow[2];
+            if (t.nPadding == 2 && n > 9) apBottom[k] = rows.aRow[9];
+        }
+        GradientRowY<Taps>(t.aGradY, apTop, nVectors, pOut->aYTop[r]);
+        if (t.nPadding != 0 && r > 5) {
+            GradientRowY<Taps>(t.aGradY, apBottom, nVectors, pOut->aYBottom[r]);
+        } else if (t.nPadding != 0 && r < 2) {
+            const int16_t* apReal[5];
+            for (int32_t k = 0; k < 5; ++k) apReal[k] = rows.aRow[r + k];
+            GradientRowY<Taps>(t.aGradY, apReal, nVectors, pOut->aYBottom[r]);
+        }
+    }
+}
+
+// Row sums and moments of one role, growing from row 7 up: S is the sum of the rows so far, and
+// adding S once a row counts each row as often as its number.
+struct RoleSums {
+    U16x16 S = {}, VFar = {}, VNear = {};
+};
+
+MD_INLINE U32x8 PairSums(U16x16 v) {
+    const U32x8 n = (U32x8)v;
+    return (n & 0xFFFF) + (n >> 16);
+}
+
+// Sums of neighbouring lanes, first of `a`, then of `b`, in each half of the register.
+MD_INLINE U32x8 AddNeighbours(U32x8 a, U32x8 b) {
+#ifdef __AVX2__
+    return (U32x8)_mm256_hadd_epi32((__m256i)a, (__m256i)b);
+#else
+    return __builtin_shufflevector(a, b, 0, 2, 8, 10, 4, 6, 12, 14) +
+           __builtin_shufflevector(a, b, 1, 3, 9, 11, 5, 7, 13, 15);
+#endif
+}
+
+// Lanes to the eight numbers of a half block.
+MD_INLINE void StoreHalf(const RoleSums& s, U16x16 nLuma, HalfBlock* pHalf) {
+    const U32x8 nPairs = PairSums(s.S);
+    const U32x8 nFirst = {0, 2, 4, 6, 0, 2, 4, 6};  // column of each pair's first lane
+    const U32x8 nMomX = nPairs * nFirst + ((U32x8)s.S >> 16);
+    const U32x8 nMomY = PairSums(s.VFar) + PairSums(s.VNear);
+    Store(pHalf,
+          AddNeighbours(AddNeighbours(nPairs, nMomX), AddNeighbours(nMomY, PairSums(nLuma))));
+}
+
+// Twice the magnitude: 2 (max + (min >> 1)) is ax + ay + max without its lowest bit, <= 6120.
+MD_INLINE U16x16 Magnitude2(I16x16 ax, I16x16 ay) {
+    return (U16x16)((ax + ay + Max(ax, ay)) & ~1);
+}
+
+template <bool bTop, bool bBottom>
+MD_INLINE void BlockHalves(const CellSetup& t, const ChunkGradients& g, int32_t nCell,
+                           HalfBlock* pTop, HalfBlock* pBottom) {
+    RoleSums tTop, tBottom;
+#pragma GCC unroll 8
+    for (int32_t r = 7; r >= 0; --r) {
+        const I16x16 ax = Load<I16x16>(g.aX[r][nCell + 1]);
+        const bool bOneVersion = r >= 2 && r <= 5;
+        U16x16 m = {};
+        if (bTop || bOneVersion) m = Magnitude2(ax, Load<I16x16>(&g.aYTop[r][8 * nCell]));
+        if (bTop) {
+            tTop.S += MulHigh(m, Load<U16x16>(t.aWeight[r]));
+            if (r >= 4) tTop.VFar += tTop.S;
+            if (r >= 1 && r < 4) tTop.VNear += tTop.S;
+        }
+        if (bBottom) {
+            if (!bOneVersion) m = Magnitude2(ax, Load<I16x16>(&g.aYBottom[r][8 * nCell]));
+            tBottom.S += MulHigh(m, Load<U16x16>(t.aWeight[8 + r]));
+            if (r >= 4) tBottom.VFar += tBottom.S;
+            if (r >= 1 && r < 4) tBottom.VNear += tBottom.S;
+        }
+    }
+    const U16x16 nLuma = Load<U16x16>(&g.aLuma[8 * nCell]);
+    if (bTop) StoreHalf(tTop, nLuma, pTop);
+    if (bBottom) StoreHalf(tBottom, nLuma, pBottom);
+}
+
+MD_INLINE void CellRowSums(const CellSetup* pSetup, const uint8_t* pY, int32_t nWidth,
+                           int32_t nHeight, int32_t nY, int32_t nBlocks, HalfBlock* pTop,
+                           HalfBlock* pBottom) {
+    const CellSetup& t = *pSetup;
+    ChunkRows tRows;
+    ChunkGradients g;
+    const int32_t nStep = t.nStrideCells;
+    const int32_t nPerChunk = (kChunkCells - 1) / nStep + 1;
+    for (int32_t nFirst = 0; nFirst < nBlocks; nFirst += nPerChunk) {
+        const int32_t nEnd = nFirst + nPerChunk < nBlocks ? nFirst + nPerChunk : nBlocks;
+        const int32_t x0 = 8 * nStep * nFirst;
+        const int32_t nVectors = ((nEnd - 1 - nFirst) * nStep + 3) / 2;  // cells, two a vector
+        for (int32_t r = 0; r < 12; ++r) {
+            int32_t y = nY + r - 2;  // rows beyond the frame repeat its edge
+            y = y < 0 ? 0 : y >= nHeight ? nHeight - 1 : y;
+            WidenRow(pY + static_cast<ptrdiff_t>(y) * nWidth, nWidth, x0, nVectors, tRows.aRow[r]);
+        }
+        WithPattern(t.aGradX,
+                    [&]<typename Taps>(Taps) { GradientsX<Taps>(t, tRows, nVectors, &g); });
+        WithPattern(t.aGradY,
+                    [&]<typename Taps>(Taps) { GradientsY<Taps>(t, tRows, nVectors, &g); });
+        if (t.nPadding == 0) std::memcpy(g.aYBottom, g.aYTop, sizeof g.aYTop);
+        for (int32_t i = 0; i < 16 * nVectors; i += 16) {
+            I16x16 n = {};
+#pragma GCC unroll 8
+            for (int32_t r = 0; r < 8; ++r) n += Load<I16x16>(tRows.aRow[r + 2] + kMargin + i);
+            Store(g.aLuma + i, n);
+        }
+        for (int32_t b = nFirst; b < nEnd; ++b) {
+            const int32_t nCell = (b - nFirst) * nStep;
+            if (pTop != nullptr && pBottom != nullptr) {
+                BlockHalves<true, true>(t, g, nCell, pTop + b, pBottom + b);
+            } else if (pTop != nullptr) {
+                BlockHalves<true, false>(t, g, nCell, pTop + b, nullptr);
+            } else {
+                BlockHalves<false, true>(t, g, nCell, nullptr, pBottom + b);
+            }
+        }
+    }
+}
+
+// Products of neighbouring lanes, added in pairs.
+MD_INLINE I32x4 PairDot(I16x8 a, I16x8 b) {
+    return (I32x4)_mm_madd_epi16((__m128i)a, (__m128i)b);
+}
+
+MD_INLINE int32_t LaneSum(I32x4 v) {
+    v += __builtin_shufflevector(v, v, 2, 3, 0, 1);
+    return v[0] + v[1];
+}
+
+// Two times four lanes to eight, cut to 0 to 255; the values are not negative.
+MD_INLINE I16x8 Saturate(I32x4 a, I32x4 b) {
+    const I16x8 nMax = {255, 255, 255, 255, 255, 255, 255, 255};
+    const I16x8 v = (I16x8)_mm_packs_epi32((__m128i)a, (__m128i)b);
+    return v < nMax ? v : nMax;
+}
+
+MD_INLINE I16x8 Scale(I16x8 v, uint32_t nFactor) {
+    const __m128i nFactors = _mm_set1_epi16(static_cast<int16_t>(nFactor));
+    return (I16x8)_mm_mulhi_epu16((__m128i)(v << 8), nFactors);
+}
+
+// inv_sqrt_hw for inputs of 1 to 650251. The digit loop gives floor(2^23 / sqrt(m)), cut to 16
+// bits, for every normalised m of 2^14 to 2^16 - 1; double precision finds that floor exactly.
+MD_INLINE uint32_t InverseRoot(uint32_t nInput) {
+    const int32_t e = (31 - __builtin_clz(nInput)) / 2;
+    const auto m = static_cast<uint32_t>((uint64_t{nInput} << 14) >> (2 * e));
+    const double dRoot = 8388608.0 / _mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(m))[0];
+    const uint32_t nRoot = static_cast<uint32_t>(static_cast<int32_t>(dRoot));
+    return (nRoot < 65535 ? nRoot : 65535) >> e;
+}
+
+// Normalises the vector, v[0] to v[7] in `lo` and v[8], v[9] in `hi`; returns its length class. An
+// element is at most 256 then, since v[i] squared is below the sum under the root.
+MD_INLINE uint32_t Normalise(const CellSetup& t, I16x8* pLo, I16x8* pHi) {
+    const uint32_t nSumSq =
+        static_cast<uint32_t>(1 + LaneSum(PairDot(*pLo, *pLo) + PairDot(*pHi, *pHi)));
+    const uint32_t usHOGVar = InverseRoot(nSumSq);
+    const uint32_t nVecLen = nSumSq == 1 ? 1 : (usHOGVar * nSumSq) >> 16;
+    *pLo = Scale(*pLo, usHOGVar);
+    *pHi = Scale(*pHi, usHOGVar);
+    const int32_t nShift = t.nShiftHistMag - 3;
+    const uint32_t h = nShift > 0 ? nVecLen >> nShift : nVecLen << -nShift;
+    return h < 1 ? 1 : h > 255 ? 255 : h;
+}
+
+// The sixteen bytes of a BlockSignature.
+MD_INLINE __m128i Signature(const CellSetup& t, const HalfBlock& top, const HalfBlock& bottom) {
+    const I32x4 c0 = Load<I32x4>(&top.tLeft), c1 = Load<I32x4>(&top.tRight),
+                c2 = Load<I32x4>(&bottom.tLeft), c3 = Load<I32x4>(&bottom.tRight);
+    const I32x4 nRight = c1 + c3;
+    const I32x4 nLower = c2 + c3;
+    const I32x4 nAll = c0 + c2 + nRight;  // magnitude, x moment, y moment, luma of the block
+    const uint32_t nAvgY = static_cast<uint32_t>(nAll[3] + 128) >> 8;
+    I16x8 lo = {}, hi = {};
+    uint32_t histNorm2 = 1;
+    if (t.bMoments) {
+        const int32_t s = t.nShiftMetric;
+        // The four cells' x moments and y moments side by side.
+        const I32x4 nLow01 = __builtin_shufflevector(c0, c1, 0, 4, 1, 5);
+        const I32x4 nLow23 = __builtin_shufflevector(c2, c3, 0, 4, 1, 5);
+        const I32x4 nHigh01 = __builtin_shufflevector(c0, c1, 2, 6, 3, 7);
+        const I32x4 nHigh23 = __builtin_shufflevector(c2, c3, 2, 6, 3, 7);
+        const I32x4 nX = __builtin_shufflevector(nLow01, nLow23, 2, 3, 6, 7);
+        const I32x4 nY = __builtin_shufflevector(nHigh01, nHigh23, 0, 1, 4, 5);
+        lo = Saturate(nX >> s, nY >> s);
+        // A cell's own moments count from its corner; the block's from the block's.
+        const I32x4 nOwn = __builtin_shufflevector(nAll, I32x4{}, 1, 2, 4, 5);
+        const I32x4 nFar =
+            __builtin_shufflevector(nRight, nLower, 0, 4, 0, 4) & I32x4{-1, -1, 0, 0};
+        hi = Saturate((nOwn + (nFar << 3)) >> (s + 2), I32x4{});
+        if (t.bNormalise) histNorm2 = Normalise(t, &lo, &hi);
+    }
+    const __m128i v = _mm_packus_epi16((__m128i)lo, (__m128i)hi);
+    return _mm_insert_epi16(v, static_cast<int>(nAvgY | histNorm2 << 8), 5);
+}
+
+MD_INLINE uint8_t Distance(const CellSetup& t, __m128i cur, __m128i ref) {
+    const __m128i zero = _mm_setzero_si128();
+    const I16x8 nLo = (I16x8)_mm_unpacklo_epi8(cur, zero) - (I16x8)_mm_unpacklo_epi8(ref, zero);
+    const I16x8 nHi = (I16x8)_mm_unpackhi_epi8(cur, zero) - (I16x8)_mm_unpackhi_epi8(ref, zero);
+    const I16x8 nTwo = nHi & I16x8{-1, -1, 0, 0, 0, 0, 0, 0};  // v[8] and v[9] alone
+    const int32_t iAccuDist = LaneSum(PairDot(nLo, nLo) + PairDot(nTwo, nTwo)) >> t.nAccuShift;
+    const int32_t hc = _mm_extract_epi16(cur, 5) >> 8;
+    const int32_t nDiff = hc - (_mm_extract_epi16(ref, 5) >> 8);
+    const int32_t nBelow = t.bWeightOneSided ? 0 : -nDiff;
+    const int32_t nFar = nDiff > nBelow ? nDiff : nBelow;
+    const uint32_t nProduct = static_cast<uint32_t>(iAccuDist) * static_cast<uint32_t>(hc + nFar) *
+                              static_cast<uint32_t>(t.nScale);
+    const int32_t iHOGDist = static_cast<int32_t>(nProduct) >> t.nDistShift;
+    return static_cast<uint8_t>(iHOGDist < 255 ? iHOGDist : 255);
+}
+
+MD_INLINE void BlockRowFeatures(const CellSetup* pSetup, const HalfBlock* pTop,
+                                const HalfBlock* pBottom, int32_t nBlocks, BlockSignature* pCur,
+                                const BlockSignature* pRef, uint8_t* pDist, uint8_t* pYDiff) {
+    const CellSetup& t = *pSetup;
+    for (int32_t b = 0; b < nBlocks; ++b) {
+        const __m128i cur = Signature(t, pTop[b], pBottom[b]);
+        Store(&pCur[b], cur);  // before the reference is read: both may be one record
+        const __m128i ref = Load<__m128i>(&pRef[b]);
+        const int32_t nYDiff =
+            (_mm_extract_epi16(cur, 5) & 255) - (_mm_extract_epi16(ref, 5) & 255);
+        pYDiff[b] = static_cast<uint8_t>(nYDiff < 0 ? -nYDiff : nYDiff);
+        pDist[b] = t.bMoments ? Distance(t, cur, ref) : uint8_t{0};
+    }
+}
+
+}  // namespace
