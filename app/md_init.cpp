@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #include "app/frame_scan.h"
 #include "md/decision/frame_block_scan.h"
@@ -29,6 +30,15 @@ void RefuseUnalignedGeometry() {
     };
     Refuse("MD_HogCellSize", md.nMD_HogCellSize);
     Refuse("MD_HogBlockStride", md.nMD_HogBlockStride);
+}
+
+// MD_KERNELS=plain in the environment forces every plain definition, MD_TEXT=plain that of the text
+// output alone.
+bool PlainTextForced() {
+    const auto IsPlain = [](const char* szValue) {
+        return szValue != nullptr && std::strcmp(szValue, "plain") == 0;
+    };
+    return IsPlain(std::getenv("MD_KERNELS")) || IsPlain(std::getenv("MD_TEXT"));
 }
 
 // The canvas of three panels must fit a signed 32-bit size; then every other size of a run does.
@@ -122,6 +132,7 @@ int32_t MdInit() {
     RefuseHeavyFilters();
     AllocateFrames();
     FrameScanInit();
+    bTextPlain = PlainTextForced();
     DumpsOpen();
     return MdFillPpConfig();
 }

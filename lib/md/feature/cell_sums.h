@@ -14,7 +14,7 @@
 //   weight (m * w) >> 6 as high half of (2 m) * (w << 9)     2 m <= 6120, w << 9 <= 32768
 //   column sum over 8 rows                                   <= 8 * 3060 = 24480
 //   sum of row * m, rows 7 to 4 counted from the bottom up   <= (1 + 2 + 3 + 4) * 3060 = 30600
-//   the same, rows 3 to 1                                    <= (5 + 6 + 7) * 3060 = 55080
+//   the same, rows 3 to 1, kept around zero                  <= (5 + 6 + 7) * 3060 = 2 * 27540
 // A cell's moment, at most 28 * 8 * 3060 = 685,440, and all sums of a block take 32 bits.
 #pragma once
 

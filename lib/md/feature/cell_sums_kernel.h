@@ -18,9 +18,8 @@
 namespace {
 
 using U8x16 = uint8_t __attribute__((vector_size(16)));
-using U16x16 = uint16_t __attribute__((vector_size(32)));
 using I16x16 = int16_t __attribute__((vector_size(32)));
-using U32x8 = uint32_t __attribute__((vector_size(32)));
+using I32x8 = int32_t __attribute__((vector_size(32)));
 using I16x8 = int16_t __attribute__((vector_size(16)));
 using I32x4 = int32_t __attribute__((vector_size(16)));
 
@@ -44,16 +43,17 @@ MD_INLINE void Store(T* p, V v) {
     std::memcpy(p, &v, sizeof v);
 }
 
-MD_INLINE U16x16 MulHigh(U16x16 a, U16x16 b) {
+// High halves of the products of unsigned lanes.
+MD_INLINE I16x16 MulHigh(I16x16 a, I16x16 b) {
 #ifdef __AVX2__
-    return (U16x16)_mm256_mulhi_epu16((__m256i)a, (__m256i)b);
+    return (I16x16)_mm256_mulhi_epu16((__m256i)a, (__m256i)b);
 #else
     __m128i x[2], y[2];
     std::memcpy(x, &a, sizeof a);
     std::memcpy(y, &b, sizeof b);
     x[0] = _mm_mulhi_epu16(x[0], y[0]);
     x[1] = _mm_mulhi_epu16(x[1], y[1]);
-    return Load<U16x16>(x);
+    return Load<I16x16>(x);
 #endif
 }
 
@@ -226,20 +226,32 @@ MD_INLINE void GradientsY(const CellSetup& t, const ChunkRows& rows, int32_t nVe
 }
 
 // Row sums and moments of one role, growing from row 7 up: S is the sum of the rows so far, and
-// adding S once a row counts each row as often as its number.
+// adding S once a row counts each row as often as its number. VNear starts below zero so that it
+// stays within signed lanes.
+constexpr int16_t kNearBias = 27540;  // half of its largest sum, 55080
+
 struct RoleSums {
-    U16x16 S = {}, VFar = {}, VNear = {};
+    I16x16 S = {}, VFar = {}, VNear = I16x16{} - kNearBias;
 };
 
-MD_INLINE U32x8 PairSums(U16x16 v) {
-    const U32x8 n = (U32x8)v;
-    return (n & 0xFFFF) + (n >> 16);
+// Products of neighbouring signed lanes, added in pairs.
+MD_INLINE I32x8 PairDot(I16x16 a, I16x16 b) {
+#ifdef __AVX2__
+    return (I32x8)_mm256_madd_epi16((__m256i)a, (__m256i)b);
+#else
+    __m128i x[2], y[2];
+    std::memcpy(x, &a, sizeof a);
+    std::memcpy(y, &b, sizeof b);
+    x[0] = _mm_madd_epi16(x[0], y[0]);
+    x[1] = _mm_madd_epi16(x[1], y[1]);
+    return Load<I32x8>(x);
+#endif
 }
 
 // Sums of neighbouring lanes, first of `a`, then of `b`, in each half of the register.
-MD_INLINE U32x8 AddNeighbours(U32x8 a, U32x8 b) {
+MD_INLINE I32x8 AddNeighbours(I32x8 a, I32x8 b) {
 #ifdef __AVX2__
-    return (U32x8)_mm256_hadd_epi32((__m256i)a, (__m256i)b);
+    return (I32x8)_mm256_hadd_epi32((__m256i)a, (__m256i)b);
 #else
     return __builtin_shufflevector(a, b, 0, 2, 8, 10, 4, 6, 12, 14) +
            __builtin_shufflevector(a, b, 1, 3, 9, 11, 5, 7, 13, 15);
@@ -247,18 +259,17 @@ MD_INLINE U32x8 AddNeighbours(U32x8 a, U32x8 b) {
 }
 
 // Lanes to the eight numbers of a half block.
-MD_INLINE void StoreHalf(const RoleSums& s, U16x16 nLuma, HalfBlock* pHalf) {
-    const U32x8 nPairs = PairSums(s.S);
-    const U32x8 nFirst = {0, 2, 4, 6, 0, 2, 4, 6};  // column of each pair's first lane
-    const U32x8 nMomX = nPairs * nFirst + ((U32x8)s.S >> 16);
-    const U32x8 nMomY = PairSums(s.VFar) + PairSums(s.VNear);
-    Store(pHalf,
-          AddNeighbours(AddNeighbours(nPairs, nMomX), AddNeighbours(nMomY, PairSums(nLuma))));
+MD_INLINE void StoreHalf(const RoleSums& s, I16x16 nLuma, HalfBlock* pHalf) {
+    const I16x16 nOnes = I16x16{} + 1;
+    const I16x16 nColumns = {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7};
+    const I32x8 nMomY = PairDot(s.VFar, nOnes) + PairDot(s.VNear, nOnes) + 2 * kNearBias;
+    Store(pHalf, AddNeighbours(AddNeighbours(PairDot(s.S, nOnes), PairDot(s.S, nColumns)),
+                               AddNeighbours(nMomY, PairDot(nLuma, nOnes))));
 }
 
 // Twice the magnitude: 2 (max + (min >> 1)) is ax + ay + max without its lowest bit, <= 6120.
-MD_INLINE U16x16 Magnitude2(I16x16 ax, I16x16 ay) {
-    return (U16x16)((ax + ay + Max(ax, ay)) & ~1);
+MD_INLINE I16x16 Magnitude2(I16x16 ax, I16x16 ay) {
+    return (ax + ay + Max(ax, ay)) & ~1;
 }
 
 template <bool bTop, bool bBottom>
@@ -269,21 +280,21 @@ MD_INLINE void BlockHalves(const CellSetup& t, const ChunkGradients& g, int32_t 
     for (int32_t r = 7; r >= 0; --r) {
         const I16x16 ax = Load<I16x16>(g.aX[r][nCell + 1]);
         const bool bOneVersion = r >= 2 && r <= 5;
-        U16x16 m = {};
+        I16x16 m = {};
         if (bTop || bOneVersion) m = Magnitude2(ax, Load<I16x16>(&g.aYTop[r][8 * nCell]));
         if (bTop) {
-            tTop.S += MulHigh(m, Load<U16x16>(t.aWeight[r]));
+            tTop.S += MulHigh(m, Load<I16x16>(t.aWeight[r]));
             if (r >= 4) tTop.VFar += tTop.S;
             if (r >= 1 && r < 4) tTop.VNear += tTop.S;
         }
         if (bBottom) {
             if (!bOneVersion) m = Magnitude2(ax, Load<I16x16>(&g.aYBottom[r][8 * nCell]));
-            tBottom.S += MulHigh(m, Load<U16x16>(t.aWeight[8 + r]));
+            tBottom.S += MulHigh(m, Load<I16x16>(t.aWeight[8 + r]));
             if (r >= 4) tBottom.VFar += tBottom.S;
             if (r >= 1 && r < 4) tBottom.VNear += tBottom.S;
         }
     }
-    const U16x16 nLuma = Load<U16x16>(&g.aLuma[8 * nCell]);
+    const I16x16 nLuma = Load<I16x16>(&g.aLuma[8 * nCell]);
     if (bTop) StoreHalf(tTop, nLuma, pTop);
     if (bBottom) StoreHalf(tBottom, nLuma, pBottom);
 }
@@ -361,49 +372,72 @@ MD_INLINE uint32_t InverseRoot(uint32_t nInput) {
     return (nRoot < 65535 ? nRoot : 65535) >> e;
 }
 
-// Normalises the vector, v[0] to v[7] in `lo` and v[8], v[9] in `hi`; returns its length class. An
-// element is at most 256 then, since v[i] squared is below the sum under the root.
-MD_INLINE uint32_t Normalise(const CellSetup& t, I16x8* pLo, I16x8* pHi) {
-    const uint32_t nSumSq =
-        static_cast<uint32_t>(1 + LaneSum(PairDot(*pLo, *pLo) + PairDot(*pHi, *pHi)));
-    const uint32_t usHOGVar = InverseRoot(nSumSq);
-    const uint32_t nVecLen = nSumSq == 1 ? 1 : (usHOGVar * nSumSq) >> 16;
-    *pLo = Scale(*pLo, usHOGVar);
-    *pHi = Scale(*pHi, usHOGVar);
-    const int32_t nShift = t.nShiftHistMag - 3;
-    const uint32_t h = nShift > 0 ? nVecLen >> nShift : nVecLen << -nShift;
-    return h < 1 ? 1 : h > 255 ? 255 : h;
-}
+// A row is worked on in stages over a few blocks at a time: the root's long wait in one block then
+// passes while the others' are under way.
+constexpr int32_t kStage = 16;
 
-// The sixteen bytes of a BlockSignature.
-MD_INLINE __m128i Signature(const CellSetup& t, const HalfBlock& top, const HalfBlock& bottom) {
+struct Stage {
+    I16x8 aLo[kStage], aHi[kStage];  // v[0] to v[7]; v[8] and v[9]
+    uint32_t aAvgY[kStage];
+    uint32_t aSumSq[kStage];
+    uint32_t aScale[kStage];  // usHOGVar
+    uint32_t aHistNorm2[kStage];
+};
+
+// The vector before normalisation, its sum of squares, and the block's mean luma.
+MD_INLINE void VectorOf(const CellSetup& t, const HalfBlock& top, const HalfBlock& bottom,
+                        int32_t i, Stage* pStage) {
     const I32x4 c0 = Load<I32x4>(&top.tLeft), c1 = Load<I32x4>(&top.tRight),
                 c2 = Load<I32x4>(&bottom.tLeft), c3 = Load<I32x4>(&bottom.tRight);
     const I32x4 nRight = c1 + c3;
     const I32x4 nLower = c2 + c3;
     const I32x4 nAll = c0 + c2 + nRight;  // magnitude, x moment, y moment, luma of the block
-    const uint32_t nAvgY = static_cast<uint32_t>(nAll[3] + 128) >> 8;
+    pStage->aAvgY[i] = static_cast<uint32_t>(nAll[3] + 128) >> 8;
+    const int32_t s = t.nShiftMetric;
+    // The four cells' x moments and y moments side by side.
+    const I32x4 nLow01 = __builtin_shufflevector(c0, c1, 0, 4, 1, 5);
+    const I32x4 nLow23 = __builtin_shufflevector(c2, c3, 0, 4, 1, 5);
+    const I32x4 nHigh01 = __builtin_shufflevector(c0, c1, 2, 6, 3, 7);
+    const I32x4 nHigh23 = __builtin_shufflevector(c2, c3, 2, 6, 3, 7);
+    const I32x4 nX = __builtin_shufflevector(nLow01, nLow23, 2, 3, 6, 7);
+    const I32x4 nY = __builtin_shufflevector(nHigh01, nHigh23, 0, 1, 4, 5);
+    const I16x8 lo = Saturate(nX >> s, nY >> s);
+    // A cell's own moments count from its corner; the block's from the block's.
+    const I32x4 nOwn = __builtin_shufflevector(nAll, I32x4{}, 1, 2, 4, 5);
+    const I32x4 nFar = __builtin_shufflevector(nRight, nLower, 0, 4, 0, 4) & I32x4{-1, -1, 0, 0};
+    const I16x8 hi = Saturate((nOwn + (nFar << 3)) >> (s + 2), I32x4{});
+    pStage->aLo[i] = lo;
+    pStage->aHi[i] = hi;
+    pStage->aSumSq[i] = static_cast<uint32_t>(1 + LaneSum(PairDot(lo, lo) + PairDot(hi, hi)));
+}
+
+// Factor and length class of one block's vector.
+MD_INLINE void NormOf(const CellSetup& t, int32_t i, Stage* pStage) {
+    const uint32_t nSumSq = pStage->aSumSq[i];
+    const uint32_t usHOGVar = InverseRoot(nSumSq);
+    const uint32_t nVecLen = nSumSq == 1 ? 1 : (usHOGVar * nSumSq) >> 16;
+    const int32_t nShift = t.nShiftHistMag - 3;
+    const uint32_t h = nShift > 0 ? nVecLen >> nShift : nVecLen << -nShift;
+    pStage->aScale[i] = usHOGVar;
+    pStage->aHistNorm2[i] = h < 1 ? 1 : h > 255 ? 255 : h;
+}
+
+// The sixteen bytes of a BlockSignature. A normalised element is at most 256, since v[i] squared is
+// below the sum under the root.
+MD_INLINE __m128i Signature(const CellSetup& t, int32_t i, const Stage& tStage) {
     I16x8 lo = {}, hi = {};
     uint32_t histNorm2 = 1;
     if (t.bMoments) {
-        const int32_t s = t.nShiftMetric;
-        // The four cells' x moments and y moments side by side.
-        const I32x4 nLow01 = __builtin_shufflevector(c0, c1, 0, 4, 1, 5);
-        const I32x4 nLow23 = __builtin_shufflevector(c2, c3, 0, 4, 1, 5);
-        const I32x4 nHigh01 = __builtin_shufflevector(c0, c1, 2, 6, 3, 7);
-        const I32x4 nHigh23 = __builtin_shufflevector(c2, c3, 2, 6, 3, 7);
-        const I32x4 nX = __builtin_shufflevector(nLow01, nLow23, 2, 3, 6, 7);
-        const I32x4 nY = __builtin_shufflevector(nHigh01, nHigh23, 0, 1, 4, 5);
-        lo = Saturate(nX >> s, nY >> s);
-        // A cell's own moments count from its corner; the block's from the block's.
-        const I32x4 nOwn = __builtin_shufflevector(nAll, I32x4{}, 1, 2, 4, 5);
-        const I32x4 nFar =
-            __builtin_shufflevector(nRight, nLower, 0, 4, 0, 4) & I32x4{-1, -1, 0, 0};
-        hi = Saturate((nOwn + (nFar << 3)) >> (s + 2), I32x4{});
-        if (t.bNormalise) histNorm2 = Normalise(t, &lo, &hi);
+        lo = tStage.aLo[i];
+        hi = tStage.aHi[i];
+    }
+    if (t.bMoments && t.bNormalise) {
+        lo = Scale(lo, tStage.aScale[i]);
+        hi = Scale(hi, tStage.aScale[i]);
+        histNorm2 = tStage.aHistNorm2[i];
     }
     const __m128i v = _mm_packus_epi16((__m128i)lo, (__m128i)hi);
-    return _mm_insert_epi16(v, static_cast<int>(nAvgY | histNorm2 << 8), 5);
+    return _mm_insert_epi16(v, static_cast<int>(tStage.aAvgY[i] | histNorm2 << 8), 5);
 }
 
 MD_INLINE uint8_t Distance(const CellSetup& t, __m128i cur, __m128i ref) {
@@ -426,14 +460,25 @@ MD_INLINE void BlockRowFeatures(const CellSetup* pSetup, const HalfBlock* pTop,
                                 const HalfBlock* pBottom, int32_t nBlocks, BlockSignature* pCur,
                                 const BlockSignature* pRef, uint8_t* pDist, uint8_t* pYDiff) {
     const CellSetup& t = *pSetup;
-    for (int32_t b = 0; b < nBlocks; ++b) {
-        const __m128i cur = Signature(t, pTop[b], pBottom[b]);
-        Store(&pCur[b], cur);  // before the reference is read: both may be one record
-        const __m128i ref = Load<__m128i>(&pRef[b]);
-        const int32_t nYDiff =
-            (_mm_extract_epi16(cur, 5) & 255) - (_mm_extract_epi16(ref, 5) & 255);
-        pYDiff[b] = static_cast<uint8_t>(nYDiff < 0 ? -nYDiff : nYDiff);
-        pDist[b] = t.bMoments ? Distance(t, cur, ref) : uint8_t{0};
+    Stage tStage;
+    for (int32_t nFirst = 0; nFirst < nBlocks; nFirst += kStage) {
+        const int32_t nCount = nBlocks - nFirst < kStage ? nBlocks - nFirst : kStage;
+        for (int32_t i = 0; i < nCount; ++i) {
+            VectorOf(t, pTop[nFirst + i], pBottom[nFirst + i], i, &tStage);
+        }
+        if (t.bMoments && t.bNormalise) {
+            for (int32_t i = 0; i < nCount; ++i) NormOf(t, i, &tStage);
+        }
+        for (int32_t i = 0; i < nCount; ++i) {
+            const int32_t b = nFirst + i;
+            const __m128i cur = Signature(t, i, tStage);
+            Store(&pCur[b], cur);  // before the reference is read: both may be one record
+            const __m128i ref = Load<__m128i>(&pRef[b]);
+            const int32_t nYDiff =
+                (_mm_extract_epi16(cur, 5) & 255) - (_mm_extract_epi16(ref, 5) & 255);
+            pYDiff[b] = static_cast<uint8_t>(nYDiff < 0 ? -nYDiff : nYDiff);
+            pDist[b] = t.bMoments ? Distance(t, cur, ref) : uint8_t{0};
+        }
     }
 }
 

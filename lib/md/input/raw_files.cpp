@@ -20,8 +20,10 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
     } else if (!bOut) {
         MdPrint("Can't open I420 video %s for writing.\n", szOutput);
     } else {
-        std::memset(pFrame + nLuma, 128, nLuma >> 1);
-        while (std::fread(pFrame, 1, nLuma, pIn) == nLuma) OutFileWrite(&tOut, pFrame, nFrame);
+        while (std::fread(pFrame, 1, nLuma, pIn) == nLuma) {
+            std::memset(pFrame + nLuma, 128, nLuma >> 1);
+            OutFileWrite(&tOut, pFrame, nFrame);
+        }
     }
     std::free(pFrame);
     if (pIn != nullptr) std::fclose(pIn);

@@ -1,5 +1,7 @@
 #include "md/output/dumps.h"
 
+#include <cstdlib>
+
 #include "md/compose_path.h"
 #include "md/run_state.h"
 
@@ -60,6 +62,7 @@ void DumpsOpen() {
     static char szGolden[640];
     static char szDist[640];
     constexpr const char* szMessage = "Can't open golden data file: %s\n";
+    std::atexit(DumpsClose);  // a run that ends early keeps the records of its whole frames
     if ((tSimParams.tMd.nDbgEn & kDbgFeatures) != 0) {
         ComposePath(szGolden, kExitRefused, "%s/hogmd_golden.txt", tSimParams.szFeaturePath);
         TextOpen(&tGoldenFile, szGolden, szMessage);
