@@ -13,11 +13,18 @@ template <std::size_t N, typename... Args>
     return nLength >= 0 && static_cast<std::size_t>(nLength) < N;
 }
 
-// As FitText, but a text that does not fit ends the run with `status`.
+// As FitText, but a text that does not fit ends the run with `status` and a message on `pStream`.
 template <std::size_t N, typename... Args>
-void ComposePath(char (&szPath)[N], ExitStatus status, const char* szFormat, Args... args) {
+void ComposePathOr(std::FILE* pStream, char (&szPath)[N], ExitStatus status, const char* szFormat,
+                   Args... args) {
     if (!FitText(szPath, szFormat, args...)) {
-        EndRun(stdout, status, "[ERROR] path is longer than %d bytes: %s...\n",
+        EndRun(pStream, status, "[ERROR] path is longer than %d bytes: %s...\n",
                static_cast<int>(N) - 1, szPath);
     }
+}
+
+// The form of all stages but configuration, which refuses on standard error.
+template <std::size_t N, typename... Args>
+void ComposePath(char (&szPath)[N], ExitStatus status, const char* szFormat, Args... args) {
+    ComposePathOr(stdout, szPath, status, szFormat, args...);
 }

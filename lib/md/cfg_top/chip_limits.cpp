@@ -52,9 +52,9 @@ void cfgCompletePath(const char* szBase, char (&szPath)[kPathSize]) {
     if (cFirst == '\0' || cFirst == '\\' || cFirst == '/' || cFirst == '~') return;
     if (std::strstr(szPath, ":\\") != nullptr) return;
     char szFull[1024];
-    ComposePath(szFull, kExitRefused, "%s/%s", szBase, szPath);
+    ComposePathOr(stderr, szFull, kExitRefused, "%s/%s", szBase, szPath);
     if (kNativePathSep != '/') {
         std::replace(szFull, szFull + std::strlen(szFull), '/', kNativePathSep);
     }
-    ComposePath(szPath, kExitRefused, "%s", szFull);
+    ComposePathOr(stderr, szPath, kExitRefused, "%s", szFull);
 }

@@ -157,7 +157,7 @@ void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
         }
     }
     MdPrint("Parsing Configfile...... %s\n", szDefaultFile);
-    ComposePath(pResult->szCfgDir, kExitRefused, "%s", cfgDirName(szDefaultFile).c_str());
+    ComposePathOr(stderr, pResult->szCfgDir, kExitRefused, "%s", cfgDirName(szDefaultFile).c_str());
     char* szText = cfgGetConfigFileContent(szDefaultFile);
     if (szText == nullptr) {
         std::fprintf(stderr, "The configuraton file buffer is NULL.\n");
