@@ -16,7 +16,7 @@ FastScan* pFastScan;  // null on the plain path
 template <typename T>
 void Allocate(T** ppMemory, size_t nCount, const char* szWhat) {
     *ppMemory = static_cast<T*>(std::malloc(nCount * sizeof(T)));
-    RequireMemory(*ppMemory, szWhat);
+    RequireMemory(*ppMemory != nullptr, szWhat);
 }
 
 // On the fast path only dumps and box method 2 read the 200-byte records.
@@ -29,7 +29,7 @@ void AllocateHistory(size_t nBlocks) {
     Allocate(&tMdResult.ppHistory, nBlocks, "the history table");
     // One allocation holds all records; entry 0 of the table is its start.
     auto* pRecords = static_cast<BlockHistory*>(std::calloc(nBlocks, sizeof(BlockHistory)));
-    RequireMemory(pRecords, "the history records");
+    RequireMemory(pRecords != nullptr, "the history records");
     for (size_t i = 0; i < nBlocks; ++i) tMdResult.ppHistory[i] = pRecords + i;
 }
 
@@ -42,7 +42,7 @@ void FrameScanInit() {
     const KernelPath& tKernels = SelectedKernels();
     if (tKernels.pCellRowSums != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
         pFastScan = FastScanCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
-        RequireMemory(pFastScan, "the block scan");
+        RequireMemory(pFastScan != nullptr, "the block scan");
     }
     if (RecordsWanted()) {
         for (BlockFeature*& pSlot : res.pFeaturePool) Allocate(&pSlot, nBlocks, "the feature pool");

@@ -96,7 +96,7 @@ void RefuseHeavyFilters() {
 template <typename T>
 void Allocate(T** ppMemory, size_t nBytes, const char* szWhat) {
     *ppMemory = static_cast<T*>(std::malloc(nBytes));
-    RequireMemory(*ppMemory, szWhat);
+    RequireMemory(*ppMemory != nullptr, szWhat);
 }
 
 void AllocateFrames() {
@@ -109,11 +109,11 @@ void AllocateFrames() {
     // same on every run, and comp's is as long as one frame of that width.
     if ((tSimParams.tMd.nDbgEn & kDbgComp) != 0) {
         fb.pCompYuv = static_cast<uint8_t*>(std::calloc((nPixels * 9) / 2, 1));
-        RequireMemory(fb.pCompYuv, "the comp canvas");
+        RequireMemory(fb.pCompYuv != nullptr, "the comp canvas");
     }
     if ((tSimParams.tMd.nDbgEn & kDbgHogDist) != 0) {
         fb.pHogDistYuv = static_cast<uint8_t*>(std::calloc(nFrame, 1));
-        RequireMemory(fb.pHogDistYuv, "the hogDist canvas");
+        RequireMemory(fb.pHogDistYuv != nullptr, "the hogDist canvas");
     }
 }
 

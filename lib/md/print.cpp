@@ -18,6 +18,6 @@ void EndRun(std::FILE* pStream, ExitStatus status, const char* szFormat, ...) {
     std::exit(status);
 }
 
-void RequireMemory(const void* pMemory, const char* szWhat) {
-    if (pMemory == nullptr) EndRun(stdout, kExitInput, "ERROR: no memory for %s\n", szWhat);
+void RequireMemory(bool bGiven, const char* szWhat) {
+    if (!bGiven) EndRun(stdout, kExitInput, "ERROR: no memory for %s\n", szWhat);
 }

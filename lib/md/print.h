@@ -15,5 +15,7 @@ void MdPrint(const char* szFormat, ...) __attribute__((format(printf, 1, 2)));
 [[noreturn]] void EndRun(std::FILE* pStream, ExitStatus status, const char* szFormat, ...)
     __attribute__((format(printf, 3, 4)));
 
-// Ends the run (status 1, message on standard output) when an allocation gave null.
-void RequireMemory(const void* pMemory, const char* szWhat);
+// Ends the run (status 1, message on standard output) when an allocation gave null. Takes the test
+// and not the pointer: a pointer to const is taken for a read of memory that nobody has written
+// yet.
+void RequireMemory(bool bGiven, const char* szWhat);

@@ -14,7 +14,7 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
     OutFile tOut;
     const bool bOut = OutFileOpen(&tOut, szOutput);
     uint8_t* pFrame = static_cast<uint8_t*>(std::malloc(nFrame));
-    RequireMemory(pFrame, "a frame of the luma input");
+    RequireMemory(pFrame != nullptr, "a frame of the luma input");
     if (pIn == nullptr) {
         MdPrint("Load Y video %s error.\n", szInput);
     } else if (!bOut) {
