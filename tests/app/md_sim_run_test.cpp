@@ -1,13 +1,165 @@
+#include "app/md_sim_run.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
+#include <string>
+
+#include "md/run_state.h"
 #include "tests/support/program.h"
 
-TEST(FrameLoop, NoFrameAskedForReadsNothing) {
+namespace {
+
+constexpr size_t kFrame = 32 * 32 * 3 / 2;
+
+// The lines of the loop itself, without those of the stages.
+std::string LoopLines(const std::string& sOut) {
+    std::istringstream tText(sOut);
+    std::string sLines;
+    for (std::string s; std::getline(tText, s);) {
+        if (s.starts_with("*****frame") || s.starts_with("read frame")) sLines += s + "\n";
+    }
+    return sLines;
+}
+
+}  // namespace
+
+TEST(FrameLoop, EndsAtItsCountOrAtTheFirstShortRead) {
+    const struct {
+        const char* szConfig;
+        size_t nBytes;
+        const char* szLines;
+        size_t nWritten;  // frames of the video
+    } aRows[] = {
+        {"FramesToBeProcessed = 0", 2 * kFrame, "", 0},
+        {"FramesToBeProcessed = 2", 3 * kFrame, "*****frame 0\n*****frame 1\n", 2},
+        {"FramesToBeProcessed = 9", kFrame, "*****frame 0\nread frame 1 error: 0, 1536\n", 1},
+        {"", 2 * kFrame - 1, "*****frame 0\nread frame 1 error: 1535, 1536\n", 1},
+        {"", 0, "read frame 0 error: 0, 1536\n", 0},
+        {"StartFrameIdx = 1", 2 * kFrame + 7, "*****frame 1\nread frame 2 error: 7, 1536\n", 1},
+        {"StartFrameIdx = 2", 2 * kFrame, "read frame 2 error: 0, 1536\n", 0},
+        {"StartFrameIdx = 10000", kFrame, "read frame 10000 error: 0, 1536\n", 0},
+        {"StartFrameIdx = 1 FramesToBeProcessed = 1", 3 * kFrame, "*****frame 1\n", 1},
+    };
     const TempFolder tFolder;
-    WriteAll(tFolder / "in.yuv", std::string(32 * 32 * 3 / 2, '\x40'));
-    WriteAll(tFolder / "a.cfg", BaseConfig(32, 32) + "FramesToBeProcessed = 0\n");
-    const Outcome t = RunMd(tFolder.Path(), {"-d", "a.cfg"});
+    for (const auto& t : aRows) {
+        WriteAll(tFolder / "in.yuv", std::string(t.nBytes, '\x40'));
+        const Outcome tRun =
+            RunText(tFolder.Path(), BaseConfig(32, 32) + "MD_DbgEn = 8\n" + t.szConfig);
+        EXPECT_EQ(tRun.nExit, 0) << t.szConfig;
+        EXPECT_EQ(LoopLines(tRun.sOut), t.szLines) << t.szConfig << " of " << t.nBytes;
+        EXPECT_TRUE(tRun.sOut.ends_with("finish.\nfinish.\n")) << tRun;
+        EXPECT_EQ(fs::file_size(tFolder / "out/motionArea_32x32_P420.yuv"), t.nWritten * kFrame);
+    }
+}
+
+TEST(FrameLoop, StartBeyondTwoGigabytesReadsTheFrameItNames) {
+    const TempFolder tFolder;
+    WriteAll(tFolder / "in.yuv", "");
+    fs::resize_file(tFolder / "in.yuv", 10001 * size_t{640 * 360 * 3 / 2});  // a hole
+    const Outcome t = RunText(tFolder.Path(), BaseConfig(640, 360) + "StartFrameIdx = 10000");
+    EXPECT_EQ(LoopLines(t.sOut), "*****frame 10000\nread frame 10001 error: 0, 345600\n");
+}
+
+TEST(StartUp, WholeLogOfARunWithoutFrames) {
+    const TempFolder tFolder;
+    fs::create_directory(tFolder / "cfg");
+    const std::string sBase = BaseConfig(32, 32);
+    const auto nKeys = static_cast<size_t>(std::count(sBase.begin(), sBase.end(), '='));
+    WriteAll(tFolder / "in.yuv", "");
+    WriteAll(tFolder / "cfg/a.cfg", sBase);
+    WriteAll(tFolder / "b.cfg", "InputFilePath = ../in.yuv MD_RefFrmIdx = 2");
+    const Outcome t = RunMd(tFolder.Path(), {"-d", "cfg/a.cfg", "-f", "b.cfg", "-p", "MD_DbgEn=0",
+                                             "-p", "FramesToBeProcessed=0"});
     EXPECT_EQ(t.nExit, 0);
-    EXPECT_EQ(t.sOut.find("frame"), std::string::npos) << t.sOut;
-    EXPECT_NE(t.sOut.find("finish.\nfinish.\n"), std::string::npos);
+    EXPECT_EQ(t.sErr, "");
+    EXPECT_EQ(t.sOut, "Setting Default Parameters...\nParsing Configfile...... cfg/a.cfg\n" +
+                          std::string(nKeys, '.') +
+                          "\nParsing Configfile...... b.cfg..\n"
+                          "Parsing command line string 'MD_DbgEn = 0'.\n"
+                          "Parsing command line string 'FramesToBeProcessed = 0'.\n\n"
+                          "finish.\nfinish.\n");
+    EXPECT_TRUE(fs::is_empty(tFolder / "cfg/out/HOG_feature")) << "made on every run";
+}
+
+TEST(StartUp, MissingInputLeavesWhatWasOpenedBefore) {
+    const std::pair<std::string, std::string> aRows[] = {{"\"\"", ""}, {"no.yuv", "./no.yuv"}};
+    for (const auto& [sInput, sPath] : aRows) {
+        const TempFolder tFolder;
+        const Outcome t = RunText(tFolder.Path(),
+                                  BaseConfig(32, 32) + "MD_DbgEn = 122 InputFilePath = " + sInput);
+        EXPECT_EQ(t.nExit, 255);
+        EXPECT_TRUE(t.sOut.ends_with("\n\nopen input yuv file '" + sPath + "' error\n")) << t;
+        for (const char* szName :
+             {"comp_96x32_P420.yuv", "motionArea_32x32_P420.yuv", "hogDist_32x32_P420.yuv",
+              "HOG_feature/hogmd_golden.txt", "HOG_feature/hogmd_dist.txt"}) {
+            EXPECT_EQ(ReadAll(tFolder / "out" / szName), "") << szName;
+        }
+    }
+}
+
+// The lengths are of the completed output path, whose last folder need not exist.
+TEST(StartUp, OutputFolderIsOneLevelDeepAndNoPathIsCut) {
+    const struct {
+        std::string sPath;
+        const char* szDbgEn;
+        int nExit;
+    } aRows[] = {{"x/y", "0", 0},
+                 {"x/y", "32", 255},
+                 {std::string(497, 'o'), "0", 0},
+                 {std::string(498, 'o'), "0", 255},
+                 {std::string(484, 'o'), "8", 255}};
+    const TempFolder tFolder;
+    WriteAll(tFolder / "in.yuv", "");
+    for (const auto& t : aRows) {
+        const Outcome tRun =
+            RunText(tFolder.Path(), BaseConfig(32, 32) + "MD_DbgEn = " + t.szDbgEn +
+                                        " OutputFilePath = " + t.sPath);
+        EXPECT_EQ(tRun.nExit, t.nExit) << t.sPath;
+        EXPECT_EQ(tRun.sOut.find("./" + t.sPath) != std::string::npos, t.nExit != 0) << tRun;
+    }
+    EXPECT_FALSE(fs::exists(tFolder / "x"));
+}
+
+// A folder stands where the file should be made.
+TEST(OutputFiles, OneThatCannotBeOpenedEndsTheRunWithItsPath) {
+    const std::string sDump = "Can't open golden data file: ";
+    const struct {
+        const char *szDbgEn, *szPath;
+        std::string sMessage;  // what stands before the path
+        const char* szBehind = "\n";
+    } aRows[] = {
+        {"2", "./out/comp_96x32_P420.yuv", "open comp file ", " error\n"},
+        {"8", "./out/motionArea_32x32_P420.yuv", "open motionArea file ", " error\n"},
+        {"16", "./out/hogDist_32x32_P420.yuv", "open hogDist file ", " error\n"},
+        {"32", "./out/HOG_feature/hogmd_golden.txt", sDump},
+        {"64", "./out/HOG_feature/hogmd_dist.txt", sDump},
+        {"32", "./out/HOG_feature/0001_HOGCur.txt", ": "},
+        {"32", "./out/HOG_feature/0001_HOGRef.txt", ": "},
+        {"32", "./out/HOG_feature/0001_Full.json", ": "},
+        {"32", "./out/HOG_feature/0001_Full.csv", ": "},
+        {"64", "./out/HOG_feature/0001_HOGDist.txt", ": "},
+        {"64", "./out/HOG_feature/0001_HOGDist.json", ": "},
+        {"256", "./out/HOG_feature/HOGCount.txt", ": "},
+        {"512", "./out/HOG_feature/0001_ObjOut.txt", ": "},
+    };
+    for (const auto& t : aRows) {
+        const TempFolder tFolder;
+        WriteAll(tFolder / "in.yuv", std::string(kFrame, '\x40'));
+        fs::create_directories(tFolder / t.szPath);
+        const Outcome tRun =
+            RunText(tFolder.Path(), BaseConfig(32, 32) + "MD_DbgEn = " + t.szDbgEn);
+        EXPECT_EQ(tRun.nExit, 255) << t.szPath;
+        EXPECT_TRUE(tRun.sOut.ends_with(t.sMessage + t.szPath + t.szBehind)) << tRun;
+    }
+}
+
+TEST(SetPathSep, AnyBackslashInTheNameDecides) {
+    for (const auto& [szName, cSep] : {std::pair{"dir/MD", '/'}, {"", '/'}, {"c:\\a/MD", '\\'}}) {
+        cPathSep = '/';
+        SetPathSep(szName);
+        EXPECT_EQ(cPathSep, cSep) << szName;
+    }
+    cPathSep = '/';
 }

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -38,6 +39,7 @@ Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArg
     std::vector<char*> argv;
     for (const std::string& s : aArguments) argv.push_back(const_cast<char*>(s.c_str()));
     argv.push_back(nullptr);
+    std::fflush(nullptr);  // or the child prints what we have buffered
     const pid_t nChild = fork();
     if (nChild == 0) {
         if (chdir(tFolder.c_str()) != 0 || freopen(sOut.c_str(), "wb", stdout) == nullptr ||
@@ -57,6 +59,24 @@ Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions)
     std::vector<std::string> aArguments = {MD_PROGRAM};
     aArguments.insert(aArguments.end(), aOptions.begin(), aOptions.end());
     return RunProgram(tFolder, aArguments);
+}
+
+Outcome RunText(const fs::path& tFolder, const std::string& sConfig, const std::string& sProgram) {
+    WriteAll(tFolder / "a.cfg", sConfig);
+    return RunProgram(tFolder, {sProgram, "-d", "a.cfg"});
+}
+
+void CopyMd(const fs::path& tFolder) {
+    fs::copy_file(MD_PROGRAM, tFolder / "MD");
+}
+
+void WriteScript(const fs::path& tPath, const std::string& sLines) {
+    WriteAll(tPath, "#!/bin/sh\n" + sLines);
+    fs::permissions(tPath, fs::perms::owner_all);
+}
+
+std::ostream& operator<<(std::ostream& tOut, const Outcome& t) {
+    return tOut << "exit " << t.nExit << "\nstdout:\n" << t.sOut << "\nstderr:\n" << t.sErr << "\n";
 }
 
 std::string BaseConfig(int nWidth, int nHeight) {

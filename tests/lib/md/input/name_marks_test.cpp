@@ -1,0 +1,52 @@
+#include "md/input/name_marks.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+TEST(NameMarks, OnlyRawNamesWithAMarkChangeTheType) {
+    const std::pair<const char*, int32_t> aRows[] = {{"clip_P420.yuv", 0},
+                                                     {"clip_p420.yuv", 0},
+                                                     {"clip_P422.yuv", 3},
+                                                     {"clip_p422.yuv", 3},
+                                                     {"clip_P400.yuv", 2},
+                                                     {"clip_p400.yuv", 2},
+                                                     {"clip.yuv", 1},
+                                                     {"clip_P420.mp4", 1},
+                                                     {"clip_P420.YUV", 1},
+                                                     {"clip_P420.yu", 1},
+                                                     {"clip_P420.yuvx", 0},
+                                                     {"clip_P420.y.uv", 1},
+                                                     {"clip_P420yuv", 1},
+                                                     {"a.yuv/b_P420.mp4", 1},
+                                                     {"run_P422/clip.yuv", 3},
+                                                     {"a_P400_P422_P420.yuv", 0},
+                                                     {"a_P400_P422.yuv", 3},
+                                                     {"clip_P420", 1},
+                                                     {"a.yuv_P420", 0},
+                                                     {"", 1},
+                                                     {".yuv", 1}};
+    for (const auto& [szPath, nType] : aRows) EXPECT_EQ(InputTypeFromName(szPath), nType) << szPath;
+}
+
+TEST(NameMarks, SizesFillTheTextBetweenTwoUnderscores) {
+    const std::pair<const char*, const char*> aRows[] = {
+        {"clip_1920x1080_P420.yuv", "1920x1080 "},
+        {"clip_1920x1080.yuv", ""},
+        {"1920x1080_P420.yuv", ""},
+        {"a_64x48_b_32x16_.mp4", "64x48 32x16 "},
+        {"a_64x48_32x16_", "64x48 32x16 "},
+        {"a_64x48_/c_d.mp4", "64x48 "},
+        {"a_0x48_1x0_x5_5x_x__1x1_", "1x1 "},
+        {"a_64X48_ 64x48_64x48 _+6x4_6x-4_6x4p_", ""},
+        {"_007x0010_", "7x10 "},
+        {"_99999999999999999999x2147483648_", "2147483647x2147483647 "},
+        {"", ""}};
+    for (const auto& [szPath, szFound] : aRows) {
+        std::string sFound;
+        ForEachNameSize(szPath, [&](int32_t w, int32_t h) {
+            sFound += std::to_string(w) + "x" + std::to_string(h) + " ";
+        });
+        EXPECT_EQ(sFound, szFound) << szPath;
+    }
+}

@@ -1,0 +1,35 @@
+#include "md/platform/platform.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/program.h"
+
+TEST(CommandWord, ShellHandsEveryPathBackByteForByte) {
+    const std::string aPaths[] = {
+        "",  "a b",        "it's", "''",  "\"$HOME\"", "$(touch x)",  "`touch x`", "a;b&c|d>e<f",
+        "~", "*?[a]{b,c}", "#a!b", "a\\", "a\nb\tc",   "\xc3\xa9\x80"};
+    const TempFolder tFolder;
+    for (const std::string& sPath : aPaths) {
+        const std::string sWord = CommandWord(sPath.c_str());
+        EXPECT_EQ(RunProgram(tFolder.Path(), {"sh", "-c", "printf '<%s>' " + sWord}).sOut,
+                  "<" + sPath + ">");
+        EXPECT_NE(sWord, sPath);
+    }
+    EXPECT_TRUE(fs::is_empty(tFolder.Path())) << "something ran";
+    EXPECT_EQ(CommandWord("az-AZ_09./:+,=@%"), "az-AZ_09./:+,=@%");
+}
+
+TEST(FileSeek, ReachesBeyondFourGigabytes) {
+    const TempFolder tFolder;
+    WriteAll(tFolder / "a", "");
+    constexpr int64_t nFar = (int64_t{1} << 32) + 5;
+    fs::resize_file(tFolder / "a", static_cast<uintmax_t>(nFar) + 2);  // a hole, no disk is used
+    std::FILE* pFile = std::fopen((tFolder / "a").c_str(), "rb");
+    ASSERT_NE(pFile, nullptr);
+    EXPECT_TRUE(FileSeek64(pFile, nFar));
+    char aBytes[4];
+    EXPECT_EQ(std::fread(aBytes, 1, 4, pFile), 2u);
+    std::fclose(pFile);
+}
