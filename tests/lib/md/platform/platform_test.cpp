@@ -20,16 +20,3 @@ TEST(CommandWord, ShellHandsEveryPathBackByteForByte) {
     EXPECT_TRUE(fs::is_empty(tFolder.Path())) << "something ran";
     EXPECT_EQ(CommandWord("az-AZ_09./:+,=@%"), "az-AZ_09./:+,=@%");
 }
-
-TEST(FileSeek, ReachesBeyondFourGigabytes) {
-    const TempFolder tFolder;
-    WriteAll(tFolder / "a", "");
-    constexpr int64_t nFar = (int64_t{1} << 32) + 5;
-    fs::resize_file(tFolder / "a", static_cast<uintmax_t>(nFar) + 2);  // a hole, no disk is used
-    std::FILE* pFile = std::fopen((tFolder / "a").c_str(), "rb");
-    ASSERT_NE(pFile, nullptr);
-    EXPECT_TRUE(FileSeek64(pFile, nFar));
-    char aBytes[4];
-    EXPECT_EQ(std::fread(aBytes, 1, 4, pFile), 2u);
-    std::fclose(pFile);
-}
