@@ -100,33 +100,41 @@ Bytes NotAvailable(const RowView& row, int32_t x, int32_t nYDiffThre) {
 
 constexpr uint8_t kFlags = kStateActive | kStateHighActive;
 
-// For each of the blocks x to x + 15, the flags on it and on all its neighbours.
-Bytes FlagsAround(const BytePlane& tState, int32_t x, int32_t y) {
-    Bytes v = {};
-    for (int32_t dy = -1; dy <= 1; ++dy) {
-        const uint8_t* p = tState.At(x, y + dy);
-        v |= LoadBytes(p - 1) | LoadBytes(p) | LoadBytes(p + 1);
-    }
-    return v & kFlags;
-}
+// Neighbour counts of the blocks x to x + 15, each without its left neighbour: that one is decided
+// just before its right one, all others stand when the group's turn comes.
+struct GroupCounts {
+    Bytes nAct, nActLater, nHighAct;
+    Bytes bFlags;  // any flag on the block or a neighbour, the left one as it stands now included
+};
 
-NeighbourCounts CountFlags(const BytePlane& tState, int32_t x, int32_t y) {
-    NeighbourCounts c{};
+GroupCounts CountGroup(const BytePlane& tState, int32_t x, int32_t y) {
+    GroupCounts c{};
     for (int32_t dy = -1; dy <= 1; ++dy) {
         for (int32_t dx = -1; dx <= 1; ++dx) {
-            const int32_t nState = *tState.At(x + dx, y + dy);
-            const int32_t nActive = (nState >> 4) & 1;
-            const bool bLater = dy > 0 || (dy == 0 && dx >= 0);
-            c.nActBlkCnt += nActive;
-            // "Later" are down, right, down-right, down-left and the block itself.
-            c.nActBlkCntLater += bLater ? nActive : 0;
-            c.nHighActBlkCnt += (nState >> 5) & 1;
+            const Bytes nState = LoadBytes(tState.At(x + dx, y + dy));
+            c.bFlags |= nState & kFlags;
+            if (dy == 0 && dx == -1) continue;
+            const Bytes nActive = (nState >> 4) & 1;
+            c.nAct += nActive;
+            // Later are the row below, the right neighbour and the block itself.
+            if (dy > 0 || (dy == 0 && dx >= 0)) c.nActLater += nActive;
+            c.nHighAct += (nState >> 5) & 1;
         }
     }
     return c;
 }
 
-void DecideBlock(const RowView& row, const Thresholds& th, int32_t x, bool bNotAvail) {
+NeighbourCounts CountsOf(const GroupCounts& c, int32_t i, uint8_t nLeftState) {
+    return {
+        .nActBlkCnt = c.nAct[i] + ((nLeftState >> 4) & 1),
+        .nActBlkCntLater = c.nActLater[i],
+        .nHighActBlkCnt = c.nHighAct[i] + ((nLeftState >> 5) & 1),
+    };
+}
+
+// Decides block x by the rules. `tGroup` counts for x - i and the fifteen behind it.
+void DecideBlock(const RowView& row, const Thresholds& th, const GroupCounts& tGroup, int32_t i,
+                 int32_t x, bool bNotAvail) {
     const FastScan& scan = row.scan;
     const int32_t f = row.md.CurFrmId;
     const int32_t y = row.y;
@@ -140,7 +148,7 @@ void DecideBlock(const RowView& row, const Thresholds& th, int32_t x, bool bNotA
     const uint8_t* pNow = scan.aDist[f % 3].At(x, y);
     const uint8_t* pAbove = scan.aDist[f % 3].At(x, y - 1);
     const BlockView v{
-        .tCounts = CountFlags(scan.tState, x, y),
+        .tCounts = CountsOf(tGroup, i, pState[-1]),
         .dUp = pAbove[0],
         .dLeft = pNow[-1],
         .dUpLeft = pAbove[-1],
@@ -165,7 +173,8 @@ void DecideGroup(const RowView& row, const Thresholds& th, int32_t nYDiffThre, i
     const Bytes nState = LoadBytes(pState);
     const Bytes bNotAvail = NotAvailable(row, x, nYDiffThre);
     const Bytes nLimit = Bytes{} + static_cast<uint8_t>(std::min(th.nBlkDistThNn, 169));
-    const Bytes bLoud = (Bytes)((nDist > nLimit) & ~bNotAvail) | FlagsAround(scan.tState, x, row.y);
+    const GroupCounts tGroup = CountGroup(scan.tState, x, row.y);
+    const Bytes bLoud = (Bytes)((nDist > nLimit) & ~bNotAvail) | tGroup.bFlags;
     const Bytes nQuietState = nState - ((Bytes)((nState > 0) & ~bNotAvail) & 1);
     StoreBytes(row.pAvail + x, Bytes{});
     StoreBytes(row.pDist + x, nDist & ~bNotAvail);
@@ -178,7 +187,7 @@ void DecideGroup(const RowView& row, const Thresholds& th, int32_t nYDiffThre, i
         if (bLoud[i] == 0 && (pState[i - 1] & kFlags) == 0) {
             pState[i] = nQuietState[i];
         } else {
-            DecideBlock(row, th, x + i, bNotAvail[i] != 0);
+            DecideBlock(row, th, tGroup, i, x + i, bNotAvail[i] != 0);
         }
     }
 }
@@ -211,7 +220,8 @@ void DecideRowRunning(const RowView& row, int32_t iYDiffSum) {
         const int32_t nYDiffThre = MeanThreshold(row.md, iYDiffSum, n);
         const bool bNotAvail = NotAvailable(row, x, nYDiffThre)[0] != 0;
         if (row.md.nMD_NeighborCorrelation != 0) {
-            DecideBlock(row, BlockThresholds(row.md, nYDiffThre), x, bNotAvail);
+            DecideBlock(row, BlockThresholds(row.md, nYDiffThre),
+                        CountGroup(row.scan.tState, x, row.y), 0, x, bNotAvail);
         } else {
             row.pAvail[x] = bNotAvail ? 0 : 1;
             row.pDist[x] =
