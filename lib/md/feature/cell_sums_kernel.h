@@ -362,19 +362,27 @@ MD_INLINE I16x8 Scale(I16x8 v, uint32_t nFactor) {
     return (I16x8)_mm_mulhi_epu16((__m128i)(v << 8), nFactors);
 }
 
-// inv_sqrt_hw for inputs of 1 to 650251. The digit loop gives floor(2^23 / sqrt(m)), cut to 16
-// bits, for every normalised m of 2^14 to 2^16 - 1; double precision finds that floor exactly.
-MD_INLINE uint32_t InverseRoot(uint32_t nInput) {
-    const int32_t e = (31 - __builtin_clz(nInput)) / 2;
-    const auto m = static_cast<uint32_t>((uint64_t{nInput} << 14) >> (2 * e));
-    const double dRoot = 8388608.0 / _mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(m))[0];
-    const uint32_t nRoot = static_cast<uint32_t>(static_cast<int32_t>(dRoot));
-    return (nRoot < 65535 ? nRoot : 65535) >> e;
-}
-
 // A row is worked on in stages over a few blocks at a time: the root's long wait in one block then
 // passes while the others' are under way.
 constexpr int32_t kStage = 16;
+
+// inv_sqrt_hw for inputs of 1 to 650251. The digit loop gives floor(2^23 / sqrt(m)), cut to 16
+// bits, for every normalised m of 2^14 to 2^16 - 1; double precision finds that floor exactly.
+MD_INLINE void InverseRoots(const uint32_t (&aInput)[kStage], uint32_t (&aRoot)[kStage]) {
+    int32_t aExponent[kStage], aNormalised[kStage];
+    for (int32_t i = 0; i < kStage; ++i) {
+        aExponent[i] = (31 - __builtin_clz(aInput[i])) / 2;
+        aNormalised[i] = static_cast<int32_t>((uint64_t{aInput[i]} << 14) >> (2 * aExponent[i]));
+    }
+    for (int32_t i = 0; i < kStage; ++i) {
+        const double dRoot = 8388608.0 / __builtin_sqrt(aNormalised[i]);
+        const int32_t nRoot = static_cast<int32_t>(dRoot);
+        aNormalised[i] = nRoot < 65535 ? nRoot : 65535;
+    }
+    for (int32_t i = 0; i < kStage; ++i) {
+        aRoot[i] = static_cast<uint32_t>(aNormalised[i]) >> aExponent[i];
+    }
+}
 
 struct Stage {
     I16x8 aLo[kStage], aHi[kStage];  // v[0] to v[7]; v[8] and v[9]
@@ -411,15 +419,16 @@ MD_INLINE void VectorOf(const CellSetup& t, const HalfBlock& top, const HalfBloc
     pStage->aSumSq[i] = static_cast<uint32_t>(1 + LaneSum(PairDot(lo, lo) + PairDot(hi, hi)));
 }
 
-// Factor and length class of one block's vector.
-MD_INLINE void NormOf(const CellSetup& t, int32_t i, Stage* pStage) {
-    const uint32_t nSumSq = pStage->aSumSq[i];
-    const uint32_t usHOGVar = InverseRoot(nSumSq);
-    const uint32_t nVecLen = nSumSq == 1 ? 1 : (usHOGVar * nSumSq) >> 16;
+// Factors and length classes of the stage's vectors.
+MD_INLINE void NormsOf(const CellSetup& t, Stage* pStage) {
     const int32_t nShift = t.nShiftHistMag - 3;
-    const uint32_t h = nShift > 0 ? nVecLen >> nShift : nVecLen << -nShift;
-    pStage->aScale[i] = usHOGVar;
-    pStage->aHistNorm2[i] = h < 1 ? 1 : h > 255 ? 255 : h;
+    InverseRoots(pStage->aSumSq, pStage->aScale);
+    for (int32_t i = 0; i < kStage; ++i) {
+        const uint32_t nSumSq = pStage->aSumSq[i];
+        const uint32_t nVecLen = nSumSq == 1 ? 1 : (pStage->aScale[i] * nSumSq) >> 16;
+        const uint32_t h = nShift > 0 ? nVecLen >> nShift : nVecLen << -nShift;
+        pStage->aHistNorm2[i] = h < 1 ? 1 : h > 255 ? 255 : h;
+    }
 }
 
 // The sixteen bytes of a BlockSignature. A normalised element is at most 256, since v[i] squared is
@@ -466,9 +475,8 @@ MD_INLINE void BlockRowFeatures(const CellSetup* pSetup, const HalfBlock* pTop,
         for (int32_t i = 0; i < nCount; ++i) {
             VectorOf(t, pTop[nFirst + i], pBottom[nFirst + i], i, &tStage);
         }
-        if (t.bMoments && t.bNormalise) {
-            for (int32_t i = 0; i < nCount; ++i) NormOf(t, i, &tStage);
-        }
+        for (int32_t i = nCount; i < kStage; ++i) tStage.aSumSq[i] = 1;
+        if (t.bMoments && t.bNormalise) NormsOf(t, &tStage);
         for (int32_t i = 0; i < nCount; ++i) {
             const int32_t b = nFirst + i;
             const __m128i cur = Signature(t, i, tStage);
