@@ -8,6 +8,10 @@
 extern const char kNativePathSep;    // what cfgCompletePath joins with
 extern const char* const kToolFile;  // file name of the video converter
 
+// Once at start: a write beyond a limit on file sizes comes back short, as one on a full disk does,
+// where the system would else end the process.
+void KeepRunningAtFileLimit();
+
 // Seeks from the file's start; false if the file cannot.
 bool FileSeek64(std::FILE* pFile, int64_t nOffset);
 

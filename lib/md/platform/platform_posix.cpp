@@ -2,6 +2,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 
@@ -9,6 +10,10 @@
 
 const char kNativePathSep = '/';
 const char* const kToolFile = "ffmpeg";
+
+void KeepRunningAtFileLimit() {
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+}
 
 bool FileSeek64(std::FILE* pFile, int64_t nOffset) {
     static_assert(sizeof(off_t) == 8);

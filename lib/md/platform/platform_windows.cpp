@@ -11,6 +11,8 @@
 const char kNativePathSep = '\\';
 const char* const kToolFile = "ffmpeg.exe";
 
+void KeepRunningAtFileLimit() {}
+
 bool FileSeek64(std::FILE* pFile, int64_t nOffset) {
     return _fseeki64(pFile, nOffset, SEEK_SET) == 0;
 }
