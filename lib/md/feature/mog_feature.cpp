@@ -96,6 +96,7 @@ void BlockFeatureRecord(const MdParams* pParams, const MogSums& tSums, BlockFeat
         }
     }
     // Mean with rounding over B * B pixels, B taken as the power of two not above it.
-    const int32_t n = 2 * (std::bit_width(static_cast<uint32_t>(md.nMD_HogBlockSize)) - 1);
+    const auto nSize = static_cast<uint32_t>(md.nMD_HogBlockSize);
+    const int32_t n = 2 * (static_cast<int32_t>(std::bit_width(nSize)) - 1);
     f.nAvgY = static_cast<uint8_t>((tSums.nSumY + (1 << (n - 1))) >> n);
 }

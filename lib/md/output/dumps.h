@@ -27,4 +27,4 @@ void DumpFullCsv(const char* szName);
 void DumpGolden();
 
 // One section of the full JSON; iRefIdx -1 takes the current features.
-void DumpFullJsonSection(TextOut* pFile, int32_t iRefIdx);
+void DumpFullJsonSection(TextOut* f, int32_t iRefIdx);

@@ -125,8 +125,12 @@ void TextPrint(TextOut* pOut, Args... args) {
     static_assert(F.nLength + 12 * sizeof...(Args) <= kTextSlack);
     if (bTextPlain) [[unlikely]] {
         std::FILE* pFile = pOut->tFile.pFile;
-        const int nPrinted =
-            sizeof...(Args) == 0 ? std::fputs(F.sz, pFile) : std::fprintf(pFile, F.sz, args...);
+        int nPrinted = 0;
+        if constexpr (sizeof...(Args) == 0) {
+            nPrinted = std::fputs(F.sz, pFile);
+        } else {
+            nPrinted = std::fprintf(pFile, F.sz, args...);
+        }
         if (nPrinted < 0) pOut->tFile.bShort = true;
         return;
     }
