@@ -69,10 +69,10 @@ struct ChunkRows {
     alignas(32) int16_t aRow[12][kRowLanes];
 };
 
-// |gx| in block order: lanes of row r at entry c are cell c as left half, cell c + 1 as right half.
-// |gy| in pixel order, once in the top role, once in the bottom role.
+// |gx| in block order: lanes of row r at entry c + 1 are cell c as left half, cell c + 1 as right
+// half. |gy| in pixel order, once in the top role, once in the bottom role.
 struct ChunkGradients {
-    alignas(32) int16_t aX[8][kChunkCells + 2][16];
+    alignas(32) int16_t aX[8][2 * kVectors + 1][16];  // two cells a vector, and the half before
     alignas(32) int16_t aYTop[8][16 * kVectors + 16];
     alignas(32) int16_t aYBottom[8][16 * kVectors + 16];
     alignas(32) uint16_t aLuma[16 * kVectors + 16];  // column sums over the 8 rows, <= 2040
