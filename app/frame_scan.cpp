@@ -40,6 +40,7 @@ void FrameScanInit() {
     MdResult& res = tMdResult;
     const size_t nBlocks = static_cast<size_t>(res.nBlkW) * static_cast<size_t>(res.nBlkH);
     const KernelPath& tKernels = SelectedKernels();
+    pFastScan = nullptr;
     if (tKernels.pCellRowSums != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
         pFastScan = FastScanCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
         RequireMemory(pFastScan != nullptr, "the block scan");

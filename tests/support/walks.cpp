@@ -1,0 +1,150 @@
+#include "tests/support/walks.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "md/decision/fast_scan.h"
+#include "md/decision/frame_block_scan.h"
+#include "md/feature/gaussian_window.h"
+
+std::string Setting::Text() const {
+    std::ostringstream t;
+    t << nWidth << "x" << nHeight << " picture " << nPicture << " padding " << md.nMD_Padding_Method
+      << " stride " << md.nMD_HogBlockStride << " taps x";
+    for (const int32_t n : md.nMD_HogGradX) t << ' ' << n;
+    t << " y";
+    for (const int32_t n : md.nMD_HogGradY) t << ' ' << n;
+    t << " weight " << md.nMD_HogMagnitudeWeightEn << " normalise " << md.nMD_HogNormalizeMode
+      << " metric " << md.nMD_MetricMode << " correlation " << md.nMD_NeighborCorrelation
+      << " check " << md.nMD_HogDistAvailCheck << " method " << md.nMD_HogDist_AvgYDiffCalc_Method
+      << " R " << md.nMD_RefFrmIdx;
+    return t.str();
+}
+
+namespace {
+
+// Five taps whose positive and negative sums are each at most 8, often exactly 8.
+void PickTaps(const Picker& Pick, int32_t* pTaps) {
+    std::fill_n(pTaps, kGradientTaps, 0);
+    for (const int32_t nSign : {1, -1}) {
+        for (int32_t nLeft = Pick(0, 3) == 0 ? Pick(0, 8) : 8; nLeft > 0;) {
+            int32_t& nTap = pTaps[Pick(0, kGradientTaps - 1)];
+            if (nTap * nSign < 0) {
+                --nLeft;  // the other sign sits there
+                continue;
+            }
+            const int32_t n = Pick(1, nLeft);
+            nTap += nSign * n;
+            nLeft -= n;
+        }
+    }
+}
+
+}  // namespace
+
+Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
+    Setting s;
+    MdParams& md = s.md;
+    s.nWidth = nWidth;
+    s.nHeight = nHeight;
+    s.nFrames = Pick(3, 7);
+    s.nPicture = Pick(0, 7);
+    md.nMD_Padding_Method = Pick(0, 2);
+    md.nMD_RefFrmIdx = Pick(0, 3);
+    md.nMD_HogBlockSize = 16;
+    md.nMD_HogCellSize = 8 * Pick(1, 2);
+    md.nMD_HogBlockStride = Pick(0, 1) == 0 ? 8 : 8 * Pick(1, 8);
+    PickTaps(Pick, md.nMD_HogGradX);
+    PickTaps(Pick, md.nMD_HogGradY);
+    md.nMD_HogMagnitudeWeightEn = Pick(0, 1);
+    md.nMD_HogNormalizeMode = Pick(0, 2);
+    md.nMD_MetricMode = Pick(0, 9) == 0 ? 0 : 2;
+    md.nMD_ShiftMetric2_Th = Pick(0, 15);
+    md.nMD_ShiftHistMag2 = Pick(0, 7);
+    md.nMD_NeighborCorrelation = Pick(0, 4) == 0 ? 0 : 1;
+    md.nMD_ActBlk_MinMaxRatio_Scale = Pick(0, 255);
+    md.nMD_ActBlkRepeatFrmCntTh = Pick(0, 5);
+    md.nMD_ActNeighborBlkCntTh = Pick(0, 9);
+    md.nMD_HogDist_AvgYDiffCalc_Method = Pick(0, 2);
+    md.nMD_HogDist_AvgYDiffThre_Scale = Pick(0, 511);
+    md.nMD_HogDist_Th_AvgYDiffAdj_Scale = Pick(0, 255);
+    md.nMD_HogDist_Th_nnAdj_Scale = Pick(0, 31);
+    md.nMD_HogDist_Th_highActiveAdj_scale = Pick(0, 31);
+    md.nMD_LowDelayEn = Pick(0, 1);
+    md.nMD_HogDist_Th_LowDelay_shift = Pick(0, 3);
+    md.nMD_HogDist_Th_LowDelay_nn_count = Pick(0, 3);
+    md.nMD_HogDist_Th_LowDelay_prev_nn_count = Pick(0, 3);
+    md.nMD_HogDist_WeightMethod = Pick(0, 1);
+    md.nMD_HogDist_Scale2 = Pick(0, 3) == 0 ? 511 : Pick(0, 64);
+    md.nMD_HogDistAvailCheck = Pick(0, 1);
+    md.nMD_HogDist_Th = Pick(0, 1) == 0 ? Pick(0, 255) : 10;
+    GaussianWindowInit(3.0, 16, 64, s.aGauss);
+    return s;
+}
+
+std::vector<KernelPath> FastPaths() {
+    std::vector<KernelPath> aPaths;
+#ifdef __x86_64__
+    aPaths.push_back({"sse2", CellRowSums_Sse2, BlockRowFeatures_Sse2});
+    if (__builtin_cpu_supports("avx2") != 0) {
+        aPaths.push_back({"avx2", CellRowSums_Avx2, BlockRowFeatures_Avx2});
+    }
+#endif
+    return aPaths;
+}
+
+Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPath) {
+    MdParams& md = s.md;
+    const auto n = static_cast<size_t>(BlockCount(s.nWidth, md) * BlockCount(s.nHeight, md));
+    const int32_t R = md.nMD_RefFrmIdx;
+    std::vector<std::vector<BlockFeature>> aPool(static_cast<size_t>(R + 1));
+    for (auto& t : aPool) t.assign(n, BlockFeature{});
+    std::vector<BlockHistory> aHistory(n);
+    std::vector<BlockHistory*> apHistory;
+    for (BlockHistory& t : aHistory) apHistory.push_back(&t);
+    FastScan* pScan =
+        pPath == nullptr ? nullptr : FastScanCreate(*pPath, &md, s.nWidth, s.nHeight, s.aGauss);
+    Walked w;
+    nYDiffThreCarry = 0;
+    for (size_t f = 0; f < aFrames.size(); ++f) {
+        md.CurFrmId = static_cast<int32_t>(f);
+        md.RefBufIdx = md.CurFrmId < R ? 0 : (md.CurFrmId + 1) % (R + 1);
+        const int32_t nCur = md.CurFrmId % (R + 1);
+        const int32_t nRef = f == 0 ? nCur : md.RefBufIdx;
+        Plane aAvail(n + kMapSlack, 77), aDist(n + kMapSlack, 88);
+        auto& aCur = aPool[static_cast<size_t>(nCur)];
+        if (pScan == nullptr) {
+            FrameBlockScan_NormalHog(&md, aFrames[f].data(), s.nWidth, s.nHeight, s.aGauss,
+                                     aCur.data(), aPool[static_cast<size_t>(nRef)].data(),
+                                     aAvail.data(), aDist.data(), apHistory.data());
+        } else {
+            FrameBlockScan_Fast(pScan, &md, aFrames[f].data(), nCur, nRef, aAvail.data(),
+                                aDist.data());
+            FastScanExpand(pScan, nCur, aCur.data());
+        }
+        const auto nEnd = static_cast<ptrdiff_t>(n);
+        w.aAvail.insert(w.aAvail.end(), aAvail.begin(), aAvail.begin() + nEnd);
+        w.aDist.insert(w.aDist.end(), aDist.begin(), aDist.begin() + nEnd);
+        w.aFeatures.insert(w.aFeatures.end(), aCur.begin(), aCur.end());
+        w.aCarry.push_back(nYDiffThreCarry);
+    }
+    FastScanRelease(pScan);
+    return w;
+}
+
+std::string Difference(const Walked& a, const Walked& b) {
+    std::ostringstream t;
+    for (size_t i = 0; i < a.aDist.size(); ++i) {
+        const BlockFeature &p = a.aFeatures[i], &q = b.aFeatures[i];
+        for (size_t k = 0; k < kVectorSize; ++k) {
+            if (p.v[k] != q.v[k]) t << " v[" << k << "] " << +p.v[k] << " " << +q.v[k];
+        }
+        if (p.nAvgY != q.nAvgY) t << " nAvgY " << +p.nAvgY << " " << +q.nAvgY;
+        if (p.histNorm2 != q.histNorm2) t << " histNorm2 " << +p.histNorm2 << " " << +q.histNorm2;
+        if (p.histNorm0 != q.histNorm0) t << " histNorm0";
+        if (a.aDist[i] != b.aDist[i]) t << " dist " << +a.aDist[i] << " " << +b.aDist[i];
+        if (a.aAvail[i] != b.aAvail[i]) t << " avail " << +a.aAvail[i] << " " << +b.aAvail[i];
+        if (!t.str().empty()) return "entry " + std::to_string(i) + ":" + t.str();
+    }
+    return a.aCarry == b.aCarry ? "" : "carry";
+}
