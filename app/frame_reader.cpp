@@ -5,7 +5,7 @@
 
 FrameReader FrameReaderOpen(const char* szPath, int32_t nWidth, int32_t nHeight, int32_t nStart,
                             bool bLumaOnly) {
-    std::FILE* pFile = std::fopen(szPath, "rb");
+    std::FILE* pFile = OpenToRead(szPath);
     if (pFile == nullptr) {
         EndRun(stdout, kExitRefused, "open input yuv file '%s' error\n", szPath);
     }

@@ -2,7 +2,8 @@
 //
 // MdPrint adds nothing to the text: line ends are the caller's. Configuration refusals go to
 // standard error, all other messages to standard output; EndRun takes the stream for that reason.
-// Neither returns an error: output that cannot be printed is lost with its stream.
+// Neither returns an error. A run whose standard output cannot be written (full disk, closed, its
+// reader gone) goes on for the sake of its files; its end says so in one line on standard error.
 #pragma once
 
 #include <cstdio>
@@ -10,6 +11,10 @@
 #include "md/exit_status.h"
 
 void MdPrint(const char* szFormat, ...) __attribute__((format(printf, 1, 2)));
+
+// The end of standard output: writes out what is buffered; false, and the line on standard error,
+// if not all that was printed arrived.
+bool MdPrintEnd();
 
 // Prints the message on `pStream` and ends the process with `status`. Releases nothing.
 [[noreturn]] void EndRun(std::FILE* pStream, ExitStatus status, const char* szFormat, ...)

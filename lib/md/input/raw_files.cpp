@@ -5,12 +5,13 @@
 #include <cstring>
 
 #include "md/out_file.h"
+#include "md/platform/platform.h"
 #include "md/print.h"
 
 int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, const char* szOutput) {
     const size_t nLuma = static_cast<size_t>(nWidth) * static_cast<size_t>(nHeight);
     const size_t nFrame = (nLuma * 3) >> 1;
-    std::FILE* pIn = std::fopen(szInput, "rb");
+    std::FILE* pIn = OpenToRead(szInput);
     OutFile tOut;
     const bool bOut = OutFileOpen(&tOut, szOutput);
     uint8_t* pFrame = static_cast<uint8_t*>(std::malloc(nFrame));
@@ -32,7 +33,7 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
 }
 
 void copyfile(const char* szDestination, const char* szSource) {
-    std::FILE* pIn = std::fopen(szSource, "rb");
+    std::FILE* pIn = OpenToRead(szSource);
     if (pIn == nullptr) EndRun(stderr, kExitInput, "[ERROR] copyfile: src %s error\n", szSource);
     OutFile tOut;
     if (!OutFileOpen(&tOut, szDestination)) {

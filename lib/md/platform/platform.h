@@ -12,6 +12,14 @@ extern const char* const kToolFile;  // file name of the video converter
 // where the system would else end the process.
 void KeepRunningAtFileLimit();
 
+// Once at start, before any file is opened: a standard stream that the caller has closed takes no
+// write, rather than lending its number to the first file opened; and a reader of our output that
+// goes away ends no run, whose product are its files. Either shows as an error of the stream.
+void GuardStandardStreams();
+
+// As fopen of a file to read; null for a folder too, which some systems would open.
+std::FILE* OpenToRead(const char* szPath);
+
 // Seeks from the file's start; false if the file cannot.
 bool FileSeek64(std::FILE* pFile, int64_t nOffset);
 

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -13,6 +14,20 @@ const char* const kToolFile = "ffmpeg";
 
 void KeepRunningAtFileLimit() {
     (void)std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void GuardStandardStreams() {
+    (void)std::signal(SIGPIPE, SIG_IGN);
+    for (int nFile : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The lowest free number is the one given out; opened to read, it refuses what we print.
+        if (fcntl(nFile, F_GETFD) == -1) (void)open("/dev/null", O_RDONLY);
+    }
+}
+
+std::FILE* OpenToRead(const char* szPath) {
+    struct stat tStat;
+    if (stat(szPath, &tStat) == 0 && S_ISDIR(tStat.st_mode)) return nullptr;
+    return std::fopen(szPath, "rb");
 }
 
 bool FileSeek64(std::FILE* pFile, int64_t nOffset) {

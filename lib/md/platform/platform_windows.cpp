@@ -13,6 +13,12 @@ const char* const kToolFile = "ffmpeg.exe";
 
 void KeepRunningAtFileLimit() {}
 
+void GuardStandardStreams() {}  // no file takes the place of a closed stream here
+
+std::FILE* OpenToRead(const char* szPath) {
+    return std::fopen(szPath, "rb");
+}
+
 bool FileSeek64(std::FILE* pFile, int64_t nOffset) {
     return _fseeki64(pFile, nOffset, SEEK_SET) == 0;
 }
