@@ -1,0 +1,21 @@
+// The slow twin: a second derivation of the block pipeline, the four box methods, the gate and the
+// text of every dump. It is written to be read, shares no code with the program beyond the record
+// of settings, and was derived without a look at the program's stages, so that a slip in one of the
+// two shows as a difference between them.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "md/sim_params.h"
+
+struct TwinOutput {
+    std::string sOut;                           // standard output from the first frame to the end
+    std::map<std::string, std::string> aFiles;  // files of the HOG_feature folder by name
+    std::map<std::string, int> aReached;        // how often each rule was taken
+};
+
+// One run. The working size is nMD_ScaledW by nMD_ScaledH, the block size 16; `sClip` holds the
+// bytes of the raw 4:2:0 file. Settings must be ones that the program accepts. Only the dumps of
+// kDbgFeatures, kDbgDistances and kDbgObjects and the lines of kDbgDetail are derived.
+TwinOutput RunTwin(const SimParams& tParams, const std::string& sClip);
