@@ -446,7 +446,7 @@ MD_INLINE __m128i Signature(const CellSetup& t, int32_t i, const Stage& tStage) 
         histNorm2 = tStage.aHistNorm2[i];
     }
     const __m128i v = _mm_packus_epi16((__m128i)lo, (__m128i)hi);
-    return _mm_insert_epi16(v, static_cast<int>(tStage.aAvgY[i] | histNorm2 << 8), 5);
+    return _mm_insert_epi16(v, static_cast<int16_t>(tStage.aAvgY[i] | histNorm2 << 8), 5);
 }
 
 MD_INLINE uint8_t Distance(const CellSetup& t, __m128i cur, __m128i ref) {
