@@ -41,24 +41,39 @@ void RunCommand(const char* szCommand) {
     std::fflush(stdout);
     // The command processor strips one pair of quotes around the whole line; without that pair it
     // would strip those of the first and the last path.
-    (void)!std::system(("\"" + std::string(szCommand) + " <NUL\"").c_str());
+    std::string sLine = "\"";
+    sLine += szCommand;
+    sLine += " <NUL\"";
+    (void)!std::system(sLine.c_str());
 }
+
+namespace {
+
+// Ends a quoted part. The child's own parser takes backslashes straight before a quote for an
+// escape, unless they are doubled.
+void CloseQuotes(std::string* pWord) {
+    const size_t nKept = pWord->find_last_not_of('\\') + 1;
+    pWord->append(pWord->size() - nKept, '\\');
+    *pWord += '"';
+}
+
+}  // namespace
 
 std::string CommandWord(const char* szPath) {
     static const char szPlain[] =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:+,=@\\";
     if (szPath[0] != '\0' && szPath[std::strspn(szPath, szPlain)] == '\0') return szPath;
-    // Quotes keep every mark from the command processor but '%', which stands outside of them with
-    // a caret: the name between two such marks then holds a quote, and no variable has that name.
+    // Quotes keep every mark from the command processor but '%', which stands outside of them: the
+    // name between two such marks then holds a quote, and no variable has that name.
     std::string sWord = "\"";
     for (const char* p = szPath; *p != '\0'; ++p) {
         if (*p == '%') {
-            sWord += "\"^%\"";
+            CloseQuotes(&sWord);
+            sWord += "%\"";
         } else if (*p != '"') {  // no file name holds one
             sWord += *p;
         }
     }
-    // A backslash straight before the closing quote would escape it for the child's own parser.
-    if (sWord.back() == '\\') sWord += '\\';
-    return sWord + "\"";
+    CloseQuotes(&sWord);
+    return sWord;
 }

@@ -1,0 +1,29 @@
+# What the platforms and the finished program ask of compiler and linker, added to md_flags.
+
+# The folder of a build leaves no trace in its program: two builds give the same bytes.
+target_compile_options(md_flags INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^i[3-6]86$")
+    # The old floating-point unit keeps more digits than a double and rounds twice.
+    target_compile_options(md_flags INTERFACE -msse2 -mfpmath=sse)
+endif()
+
+if(WIN32)
+    # printf and scanf by the language's standard, not by the system's own library; one file to copy.
+    target_compile_definitions(md_flags INTERFACE __USE_MINGW_ANSI_STDIO=1)
+    target_link_options(md_flags INTERFACE -static)
+    # Vectors of 32 bytes are not aligned on this system's stack, whatever the compiler asks for:
+    # let the assembler take the moves that do not need it.
+    target_compile_options(md_flags INTERFACE -Wa,-muse-unaligned-vector-move)
+else()
+    target_compile_definitions(md_flags INTERFACE _FILE_OFFSET_BITS=64)  # on 32-bit systems too
+endif()
+
+# Hardening as the distribution builds its own packages; the sanitizers bring their own checks.
+if(NOT WIN32)
+    set(hardened $<CONFIG:Release,RelWithDebInfo>)
+    target_compile_options(md_flags INTERFACE $<${hardened}:-fstack-protector-strong>
+                                              $<${hardened}:-fPIE>)
+    target_compile_definitions(md_flags INTERFACE $<${hardened}:_FORTIFY_SOURCE=2>)
+    target_link_options(md_flags INTERFACE $<${hardened}:-pie> $<${hardened}:-Wl,-z,relro,-z,now>)
+endif()

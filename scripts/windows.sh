@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Builds MD for 64-bit Windows, runs its tests under wine, and compares whole runs with those of the
+# program built for this machine. Installs the compiler and wine where they are missing.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh g++-mingw-w64-x86-64-posix wine64
+. scripts/platform_runs.sh
+build=$PWD/build/mingw64
+export WINEPREFIX=$PWD/build/wine WINEARCH=win64 WINEDEBUG=-all DISPLAY=
+export WINESERVER=/usr/lib/wine/wineserver64
+wine=/usr/lib/wine/wine64
+
+cmake --preset release >/dev/null
+cmake --build --preset release --target MD
+cmake -S . -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw64.cmake \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O3 >/dev/null
+cmake --build "$build"
+mkdir -p "$WINEPREFIX"
+"$wine" "$build/tests/md_tests.exe" --gtest_brief=1
+
+# Programs in folders without the outside tools.
+work=$build/runs
+rm -rf "$work"
+mkdir -p "$work/bin" "$work/toolbin"
+cp build/release/bin/MD "$build/bin/MD.exe" "$work/bin"
+platform_clip "$work/clip"
+platform_run "$work/here" "$work/clip" "$work/bin/MD"
+for kernels in avx2 sse2 plain; do
+    rm -rf "$work/windows"
+    MD_KERNELS=$kernels platform_run "$work/windows" "$work/clip" "$wine" "$work/bin/MD.exe"
+    grep -qF '.\in.yuv' "$work/windows/method1/out/HOG_feature/HOGCount.txt"
+    echo -n "$kernels: "
+    platform_compare "$work/here" "$work/windows"
+done
+grep -q '^\[Warning\] ffmpeg/ffprobe is not exist' "$work/windows/method1/log"
+if cat "$work"/windows/*/out/HOG_feature/*.csv | grep -qvP '^[^\r]*\r$'; then
+    echo "a csv line ends in something else than CR LF"
+    exit 1
+fi
+
+# The whole statuses, which a POSIX parent sees the low byte of alone. The folder before the name
+# keeps the command processor from its own MD, which makes folders.
+printf '%s\r\n' '@echo off' '..\..\bin\MD.exe -d run.cfg -p StartFrameIdx=-1' \
+    'echo status=%errorlevel%' '..\..\bin\MD.exe -d run.cfg -p MD_RefFrmIdx=15' \
+    'echo status=%errorlevel%' >"$work/windows/method1/status.bat"
+statuses=$(cd "$work/windows/method1" &&
+    { "$wine" cmd /c status.bat 2>err || true; } | tr -d '\r' | grep '^status=' | xargs)
+[ "$statuses" = "status=400 status=-1" ] || { echo "statuses: $statuses"; exit 1; }
+
+# With a tool beside the program its commands run. The stand-in is MD itself, which misses its
+# default file and prints its usage under the name that it was called by.
+cp "$build/bin/MD.exe" "$work/toolbin"
+cp "$build/bin/MD.exe" "$work/toolbin/ffmpeg.exe"
+(cd "$work/windows/method1" && "$wine" "$work/toolbin/MD.exe" -d run.cfg >log 2>err)
+grep -qE '^INFO: exec: [A-Z]:\\.*\\ffmpeg -y .*out/comp_960x180_P420.yuv -c:v libx264 .*\\comp_960x180_P420.mp4' \
+    "$work/windows/method1/log"
+[ "$(grep -c 'Usage: .*toolbin.ffmpeg ' "$work/windows/method1/err")" -eq 4 ]
+"$WINESERVER" -w
+echo "windows: all as on this machine"
