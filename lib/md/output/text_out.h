@@ -65,6 +65,22 @@ inline constexpr std::array<ByteText, 256> aByteDecimal = [] {
     return aTable;
 }();
 
+// The numbers without a short way. Out of line: its array would bring the stack's guard, set and
+// tested on every call, into each text that prints a number.
+template <bool bHex>
+[[gnu::noinline]] char* PutLongNumber(char* p, int32_t nValue, int nWidth) {
+    char aDigits[12];
+    const auto [pEnd, ec] =
+        bHex ? std::to_chars(aDigits, aDigits + sizeof aDigits, static_cast<uint32_t>(nValue), 16)
+             : std::to_chars(aDigits, aDigits + sizeof aDigits, nValue);
+    const char* pFrom = aDigits;
+    int nDigits = static_cast<int>(pEnd - aDigits);
+    if (nWidth > nDigits && *pFrom == '-') *p++ = *pFrom++;  // the sign stands before the zeros
+    for (; nDigits < nWidth; ++nDigits) *p++ = '0';
+    std::memcpy(p, pFrom, static_cast<size_t>(pEnd - pFrom));
+    return p + (pEnd - pFrom);
+}
+
 // Writes at p, returns the place behind it. Plain %d: the table or to_chars; with a width or in
 // hexadecimal: to_chars behind the missing zeros.
 template <bool bHex, int nWidth>
@@ -85,16 +101,7 @@ char* PutNumber(char* p, int32_t nValue) {
             return p;
         }
     }
-    char aDigits[12];
-    const auto [pEnd, ec] =
-        bHex ? std::to_chars(aDigits, aDigits + sizeof aDigits, static_cast<uint32_t>(nValue), 16)
-             : std::to_chars(aDigits, aDigits + sizeof aDigits, nValue);
-    const char* pFrom = aDigits;
-    int nDigits = static_cast<int>(pEnd - aDigits);
-    if (nWidth > nDigits && *pFrom == '-') *p++ = *pFrom++;  // the sign stands before the zeros
-    for (; nDigits < nWidth; ++nDigits) *p++ = '0';
-    std::memcpy(p, pFrom, static_cast<size_t>(pEnd - pFrom));
-    return p + (pEnd - pFrom);
+    return PutLongNumber<bHex>(p, nValue, nWidth);
 }
 
 template <TextFormat F, size_t nAt>
