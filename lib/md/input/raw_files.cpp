@@ -9,12 +9,15 @@
 #include "md/print.h"
 
 int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, const char* szOutput) {
-    const size_t nLuma = static_cast<size_t>(nWidth) * static_cast<size_t>(nHeight);
-    const size_t nFrame = (nLuma * 3) >> 1;
+    const uint64_t nPixels = static_cast<uint64_t>(nWidth) * static_cast<uint64_t>(nHeight);
+    const auto nLuma = static_cast<size_t>(nPixels);
+    const auto nFrame = static_cast<size_t>((nPixels * 3) >> 1);
+    // A size in a name has no limit: it may be beyond what a 32-bit system can count.
+    const bool bCounts = nFrame == (nPixels * 3) >> 1;
     std::FILE* pIn = OpenToRead(szInput);
     OutFile tOut;
     const bool bOut = OutFileOpen(&tOut, szOutput);
-    uint8_t* pFrame = static_cast<uint8_t*>(std::malloc(nFrame));
+    uint8_t* pFrame = bCounts ? static_cast<uint8_t*>(std::malloc(nFrame)) : nullptr;
     RequireMemory(pFrame != nullptr, "a frame of the luma input");
     if (pIn == nullptr) {
         MdPrint("Load Y video %s error.\n", szInput);
