@@ -12,8 +12,8 @@ if(WIN32)
     # printf and scanf by the language's standard, not by the system's own library; one file to copy.
     target_compile_definitions(md_flags INTERFACE __USE_MINGW_ANSI_STDIO=1)
     target_link_options(md_flags INTERFACE -static)
-    # Vectors of 32 bytes are not aligned on this system's stack, whatever the compiler asks for:
-    # let the assembler take the moves that do not need it.
+    # Vectors of 32 bytes are not aligned on this system's stack, whatever the code asks for. Debian's
+    # compiler takes the moves that do not need it by itself; the assembler does it for the others.
     target_compile_options(md_flags INTERFACE -Wa,-muse-unaligned-vector-move)
 else()
     target_compile_definitions(md_flags INTERFACE _FILE_OFFSET_BITS=64)  # on 32-bit systems too
