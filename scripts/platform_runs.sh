@@ -10,6 +10,7 @@ platform_cases=(
     "odd 163 91 0 MD_Padding_Method=1 MD_HogBlockStride=24 MD_HogDist_AvgYDiffCalc_Method=2"
     "wide 1912 40 0 MD_NeighborCorrelation=0 MD_HogCellSize=8 MD_HogDist_WeightMethod=1"
     "start 320 180 0 StartFrameIdx=7 FramesToBeProcessed=3 MD_DbgEn=0x2338"
+    "far 640 480 0 StartFrameIdx=10000"
     "no_tool 320 180 1 InputFileType=1"
     "too_far_back 320 180 255 MD_RefFrmIdx=15"
 )
@@ -27,7 +28,9 @@ platform_run() {
     for case in "${platform_cases[@]}"; do
         read -r name w h status settings <<<"$case"
         mkdir -p "$folder/$name"
-        cp "$clip" "$folder/$name/in.yuv"
+        # A hole of more than 4 GiB lies before the far frames.
+        [ "$name" != far ] || truncate -s $((w * h * 3 / 2 * 10000)) "$folder/$name/in.yuv"
+        cat "$clip" >>"$folder/$name/in.yuv"
         {
             printf '%s\n' "InputFilePath = in.yuv" "OutputFilePath = out" "InputWidth = $w" \
                 "InputHeight = $h" "MD_ScaledW = $w" "MD_ScaledH = $h" \
@@ -38,6 +41,7 @@ platform_run() {
         } >"$folder/$name/run.cfg"
         rc=0
         (cd "$folder/$name" && "$@" -d run.cfg >log 2>err) || rc=$?
+        rm "$folder/$name/in.yuv"
         [ "$rc" -eq "$status" ] || { echo "$folder/$name ended with $rc, not $status"; return 1; }
     done
 }

@@ -51,6 +51,7 @@ statuses=$(cd "$work/windows/method1" &&
 # default file and prints its usage under the name that it was called by.
 cp "$build/bin/MD.exe" "$work/toolbin"
 cp "$build/bin/MD.exe" "$work/toolbin/ffmpeg.exe"
+cp "$work/clip" "$work/windows/method1/in.yuv"
 (cd "$work/windows/method1" && "$wine" "$work/toolbin/MD.exe" -d run.cfg >log 2>err)
 grep -qE '^INFO: exec: [A-Z]:\\.*\\ffmpeg -y .*out/comp_960x180_P420.yuv -c:v libx264 .*\\comp_960x180_P420.mp4' \
     "$work/windows/method1/log"
