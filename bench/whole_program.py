@@ -14,7 +14,8 @@ import sys
 MD, MD_O2, WORK = (os.path.abspath(p) for p in sys.argv[1:4])
 ROUNDS = int(sys.argv[4]) if len(sys.argv) > 4 else 5
 SIZES = {(320, 180): 600, (640, 360): 300, (1920, 1080): 100}  # frames of a fast run
-OUT = os.path.join(WORK, "out")
+OUT_ROOT = os.path.join(WORK, "out")
+OUT = os.path.join(OUT_ROOT, "run")
 
 
 def run(command, environment=None):
@@ -33,32 +34,35 @@ def run(command, environment=None):
 
 
 def best(*runs):
-    """Best time of each of the runs, taken in turn."""
+    """Best time of each of the runs, taken in turn. A run is a command and its environment; FOLDER
+    in a word of it becomes a folder of its own, whose files each round writes anew. Nothing is
+    deleted in between: a file system is slow to make files just after that."""
     times = [float("inf")] * len(runs)
     for _ in range(ROUNDS):
-        for i, (command, environment, prepare) in enumerate(runs):
-            if prepare:
-                prepare()
+        for i, (command, environment) in enumerate(runs):
+            command = [word.replace("FOLDER", f"{OUT}{len(runs)}{i}") for word in command]
             times[i] = min(times[i], run(command, environment)[0])
     return times
 
 
-def md(size, frames, *settings, program=MD, kernels=None, text=None, prepare=None):
+def md(size, frames, *settings, program=MD, kernels=None, text=None):
     w, h = size
     command = [program, "-d", os.path.join(WORK, "bench.cfg")]
     for s in (f"InputFilePath=clip_{w}x{h}_P420.yuv", f"InputWidth={w}", f"InputHeight={h}",
-              f"MD_ScaledW={w}", f"MD_ScaledH={h}", f"FramesToBeProcessed={frames}", *settings):
+              f"MD_ScaledW={w}", f"MD_ScaledH={h}", f"FramesToBeProcessed={frames}",
+              "OutputFilePath=FOLDER", *settings):
         command += ["-p", s]
     environment = {k: v for k, v in (("MD_KERNELS", kernels), ("MD_TEXT", text)) if v}
-    return command, environment, prepare
+    return command, environment
 
 
 def row(what, value, goal):
     print(f"| {what} | {value} | {goal} |", flush=True)
 
 
-def fresh():
-    shutil.rmtree(OUT, ignore_errors=True)
+def peak(size, frames, *settings):
+    command, environment = md(size, frames, *settings)
+    return run([word.replace("FOLDER", OUT + "peak") for word in command], environment)[1]
 
 
 def kernels_against_plain(ns):
@@ -86,7 +90,7 @@ def decoding(ns):
     for size in ((640, 360), (1920, 1080)):
         frames = SIZES[size]
         clip = os.path.join(WORK, "clip_%dx%d.mp4" % size)
-        decode = (["ffmpeg", "-v", "error", "-threads", "1", "-i", clip, "-f", "null", "-"], {}, None)
+        decode = (["ffmpeg", "-v", "error", "-threads", "1", "-i", clip, "-f", "null", "-"], {})
         fast, other = best(md(size, frames), decode)
         row("%dx%d: ffmpeg -threads 1 decoding H.264 / MD" % size, f"{other / fast:.1f}", "at least 3")
     size = (320, 180)
@@ -100,29 +104,31 @@ def growth():
     size = (640, 360)
     one, two = best(md(size, SIZES[size] // 2), md(size, SIZES[size]))
     row("640x360: time of twice the frames / once", f"{two / one:.2f}", "at most 2")
-    short, long_ = (run(*md(size, n)[:2])[1] for n in (10, SIZES[size]))
+    short, long_ = (peak(size, n) for n in (10, SIZES[size]))
     row(f"640x360: peak MiB over 10 and over {SIZES[size]} frames", f"{short:.1f}, {long_:.1f}", "equal")
-    three, all_ = (run(*md((1920, 1080), 40, f"MD_RefFrmIdx={r}")[:2])[1] for r in (3, 14))
+    three, all_ = (peak((1920, 1080), 40, f"MD_RefFrmIdx={r}") for r in (3, 14))
     row("1920x1080: peak MiB with R = 3 and R = 14", f"{three:.1f}, {all_:.1f}", "R = 3 pays for 4 slots")
 
 
 def files():
     size, frames = (640, 360), 100
-    copy = (["cp", "-r", OUT, OUT + ".copy"], {},
-            lambda: shutil.rmtree(OUT + ".copy", ignore_errors=True))
+
+    def copy(runs):  # of what the first run of so many left
+        return ["cp", "-rT", f"{OUT}{runs}0", "FOLDER"], {}
+
     dumps = "MD_DbgEn=0x360"
-    fast, fprintf, cp = best(md(size, frames, dumps, prepare=fresh),
-                             md(size, frames, dumps, text="plain", prepare=fresh), copy)
+    fast, fprintf, cp = best(md(size, frames, dumps), md(size, frames, dumps, text="plain"), copy(3))
     row("640x360, all dumps: fprintf a number at a time / MD", f"{fprintf / fast:.1f}", "at least 8")
     row("640x360, all dumps: MD / cp of its files", f"{fast / cp:.2f}", "at most 4")
-    fresh()
-    fast, cp = best(md(size, SIZES[size], "MD_DbgEn=0x1a", prepare=fresh), copy)
+    fast, cp = best(md(size, SIZES[size], "MD_DbgEn=0x1a"), copy(2))
     row("640x360, three videos: MD / cp of its files", f"{fast / cp:.2f}", "at most 2")
 
 
 def main():
+    shutil.rmtree(OUT_ROOT, ignore_errors=True)
+    os.mkdir(OUT_ROOT)
     with open(os.path.join(WORK, "bench.cfg"), "w", encoding="ascii") as f:
-        f.write("OutputFilePath = out\nMD_Scale_KeepAspectRatio = 0\nMD_HogMethod = 1\n"
+        f.write("MD_Scale_KeepAspectRatio = 0\nMD_HogMethod = 1\n"
                 "MD_MetricMode = 2\nMD_HogNormalizeMode = 1\nMD_HogMagnitudeWeightEn = 1\n"
                 "MD_RefFrmIdx = 3\nMD_HogGradX = -1,-2,0,2,1\nMD_HogGradY = -1,-2,0,2,1\n"
                 "MD_ShiftMetric2_Th = 8\nEnableBatch = 1\n")

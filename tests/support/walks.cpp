@@ -26,6 +26,14 @@ namespace {
 // Five taps whose positive and negative sums are each at most 8, often exactly 8.
 void PickTaps(const Picker& Pick, int32_t* pTaps) {
     std::fill_n(pTaps, kGradientTaps, 0);
+    if (Pick(0, 2) == 0) {  // a difference filter: -q, -p, 0, p, q
+        const int32_t p = Pick(-8, 8);
+        const int32_t nRest = Pick(0, 1) * (p < 0 ? 8 + p : 8 - p);
+        const int32_t q = Pick(-nRest, nRest);
+        const int32_t aTaps[] = {-q, -p, 0, p, q};
+        std::copy_n(aTaps, kGradientTaps, pTaps);
+        return;
+    }
     for (const int32_t nSign : {1, -1}) {
         for (int32_t nLeft = Pick(0, 3) == 0 ? Pick(0, 8) : 8; nLeft > 0;) {
             int32_t& nTap = pTaps[Pick(0, kGradientTaps - 1)];

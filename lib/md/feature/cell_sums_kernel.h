@@ -61,7 +61,11 @@ MD_INLINE I16x16 Max(I16x16 a, I16x16 b) {
     return a > b ? a : b;
 }
 MD_INLINE I16x16 Abs(I16x16 a) {
+#ifdef __AVX2__
+    return (I16x16)_mm256_abs_epi16((__m256i)a);
+#else
     return Max(a, -a);
+#endif
 }
 
 // Pixels of the chunk's rows as 16-bit lanes; row 2 is the cell row's first.
@@ -78,28 +82,21 @@ struct ChunkGradients {
     alignas(32) uint16_t aLuma[16 * kVectors + 16];  // column sums over the 8 rows, <= 2040
 };
 
-// One pixel row from column x0 - kMargin on. Columns beyond the frame repeat its edge, which
-// padding mode 0 asks for and the other modes never look at.
+// The chunk's part of one pixel row, with two columns before and behind it. Columns beyond the
+// frame repeat its edge, which padding mode 0 asks for and the other modes never look at.
 MD_INLINE void WidenRow(const uint8_t* pRow, int32_t nWidth, int32_t x0, int32_t nVectors,
                         int16_t* pLanes) {
-    const int32_t nFrom = x0 - kMargin;
-    const int32_t nLanes = kMargin + 16 * nVectors + 16;
-    const bool bInside = nFrom >= 0 && nFrom + nLanes <= nWidth;
-    uint8_t aEdge[kRowLanes];
-    const uint8_t* pFrom = pRow + nFrom;
-    if (!bInside) {
-        const int32_t nLeft = nFrom < 0 ? -nFrom : 0;
-        const int32_t nAvail = nWidth - (nFrom + nLeft);
-        const int32_t nRight = nLeft + (nAvail < nLanes - nLeft ? nAvail : nLanes - nLeft);
-        std::memset(aEdge, pRow[0], static_cast<size_t>(nLeft));
-        std::memcpy(aEdge + nLeft, pFrom + nLeft, static_cast<size_t>(nRight - nLeft));
-        std::memset(aEdge + nRight, pRow[nWidth - 1], static_cast<size_t>(nLanes - nRight));
-        pFrom = aEdge;
-    }
+    const int32_t nLanes = 16 * nVectors + 2;
+    const int32_t nReal = nWidth - x0 < nLanes ? nWidth - x0 : nLanes;
+    const int32_t nWhole = nReal / 16 * 16;
+    int16_t* p = pLanes + kMargin;
+    p[-2] = pRow[x0 > 0 ? x0 - 2 : 0];
+    p[-1] = pRow[x0 > 0 ? x0 - 1 : 0];
 #pragma GCC unroll 4
-    for (int32_t i = 0; i < nLanes; i += 16) {
-        Store(pLanes + i, __builtin_convertvector(Load<U8x16>(pFrom + i), I16x16));
+    for (int32_t i = 0; i < nWhole; i += 16) {
+        Store(p + i, __builtin_convertvector(Load<U8x16>(pRow + x0 + i), I16x16));
     }
+    for (int32_t i = nWhole; i < nLanes; ++i) p[i] = pRow[x0 + (i < nReal ? i : nReal - 1)];
 }
 
 // `v` with column nColumn of both cells taken from `from`.
@@ -113,22 +110,32 @@ MD_INLINE I16x16 Replace(I16x16 v, I16x16 from) {
 #undef MD_LANE
 }
 
-// Which taps of a filter a gradient function multiplies: taps that are 0 cost as much as others.
-template <bool bOuterTaps, bool bCentreTap>
+// What a gradient function may take for granted of its taps: taps that are 0 cost as much as
+// others, and the filters of practice are differences, with opposite taps at opposite places.
+template <bool bOuterTaps, bool bDifferenceTaps>
 struct TapPattern {
-    static constexpr bool bOuter = bOuterTaps;   // tap 0 or tap 4
-    static constexpr bool bCentre = bCentreTap;  // tap 2
+    static constexpr bool bOuter = bOuterTaps;            // tap 0 or tap 4 counts
+    static constexpr bool bDifference = bDifferenceTaps;  // taps -q, -p, 0, p, q
 };
 
 // Calls fn with the pattern that covers the taps.
 template <typename Fn>
 MD_INLINE void WithPattern(const int16_t* pTaps, Fn fn) {
     const bool bOuter = pTaps[0] != 0 || pTaps[4] != 0;
-    const bool bCentre = pTaps[2] != 0;
-    if (bOuter && bCentre) fn(TapPattern<true, true>{});
-    if (bOuter && !bCentre) fn(TapPattern<true, false>{});
-    if (!bOuter && bCentre) fn(TapPattern<false, true>{});
-    if (!bOuter && !bCentre) fn(TapPattern<false, false>{});
+    const bool bDifference = pTaps[2] == 0 && pTaps[0] == -pTaps[4] && pTaps[1] == -pTaps[3];
+    if (bDifference && bOuter) fn(TapPattern<true, true>{});
+    if (bDifference && !bOuter) fn(TapPattern<false, true>{});
+    if (!bDifference) fn(TapPattern<true, false>{});
+}
+
+// The filter over five places in a row.
+template <typename Taps>
+MD_INLINE I16x16 Filter(const int16_t* pTaps, I16x16 a, I16x16 b, I16x16 c, I16x16 d, I16x16 e) {
+    if (Taps::bDifference) {
+        const I16x16 nInner = (d - b) * pTaps[3];
+        return Taps::bOuter ? nInner + (e - a) * pTaps[4] : nInner;
+    }
+    return a * pTaps[0] + b * pTaps[1] + c * pTaps[2] + d * pTaps[3] + e * pTaps[4];
 }
 
 // |gx| of one pixel row in both roles. In the left role the columns before a cell are the border,
@@ -151,17 +158,8 @@ MD_INLINE void GradientRowX(const int16_t* pTaps, const int16_t* pLanes, int32_t
             dR = Replace<7>(d, nEdge);
             eR = Replace<7>(Replace<6>(e, nBehind), nEdge);
         }
-        I16x16 nLeft = bL * pTaps[1] + d * pTaps[3];
-        I16x16 nRight = b * pTaps[1] + dR * pTaps[3];
-        if (Taps::bOuter) {
-            nLeft += aL * pTaps[0] + e * pTaps[4];
-            nRight += a * pTaps[0] + eR * pTaps[4];
-        }
-        if (Taps::bCentre) {
-            nLeft += c * pTaps[2];
-            nRight += c * pTaps[2];
-        }
-        const I16x16 nAbsLeft = Abs(nLeft), nAbsRight = Abs(nRight);
+        const I16x16 nAbsLeft = Abs(Filter<Taps>(pTaps, aL, bL, c, d, e));
+        const I16x16 nAbsRight = Abs(Filter<Taps>(pTaps, a, b, c, dR, eR));
         // Cells 2i and 2i + 1: as left halves of their own blocks, as right halves of those before.
         std::memcpy(&pOut->aX[nRow][2 * i + 1][0], &nAbsLeft, 16);
         std::memcpy(&pOut->aX[nRow][2 * i + 2][0], (const char*)&nAbsLeft + 16, 16);
@@ -187,12 +185,8 @@ MD_INLINE void GradientRowY(const int16_t* pTaps, const int16_t* const apRows[5]
                             int16_t* pOut) {
 #pragma GCC unroll 2
     for (int32_t i = 0; i < nVectors; ++i) {
-        const auto Term = [&](int32_t k) {
-            return Load<I16x16>(apRows[k] + kMargin + 16 * i) * pTaps[k];
-        };
-        I16x16 g = Term(1) + Term(3);
-        if (Taps::bOuter) g += Term(0) + Term(4);
-        if (Taps::bCentre) g += Term(2);
+        const auto Row = [&](int32_t k) { return Load<I16x16>(apRows[k] + kMargin + 16 * i); };
+        const I16x16 g = Filter<Taps>(pTaps, Row(0), Row(1), Row(2), Row(3), Row(4));
         Store(pOut + 16 * i, Abs(g));
     }
 }

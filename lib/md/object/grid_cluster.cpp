@@ -26,10 +26,13 @@ void GatherRegions(const MdPpConfig& cfg, const MdResult& res, const GridTune& t
                    RegionTable& regions) {
     const int32_t cellW = cfg.nWidth / tune.nGridCols;
     const int32_t cellH = cfg.nHeight / tune.nGridRows;
+    int32_t nRow = 0;  // of block j; follows j, which only rises, without a division
+    int32_t nRowStart = 0;
     ForEachAvailable(res.pAvailBits, res.nBlkW * res.nBlkH, [&](int32_t j) {
         if (res.pDistMap[j] <= tune.nDistTh) return;
-        const int32_t x = (j % res.nBlkW) * cfg.nStride;
-        const int32_t y = (j / res.nBlkW) * cfg.nStride;
+        for (; j >= nRowStart + res.nBlkW; nRowStart += res.nBlkW) ++nRow;
+        const int32_t x = (j - nRowStart) * cfg.nStride;
+        const int32_t y = nRow * cfg.nStride;
         GridRegion& r = regions[(y / cellH) * tune.nGridCols + x / cellW];
         if (r.left == 0 && r.right == 0) r.left = r.right = x;
         if (r.top == 0 && r.bottom == 0) r.top = r.bottom = y;

@@ -101,6 +101,14 @@ char* PutNumber(char* p, int32_t nValue) {
             return p;
         }
     }
+    if constexpr (!bHex && nWidth == 3) {
+        if (static_cast<uint32_t>(nValue) < 1000) {
+            *p++ = static_cast<char>('0' + nValue / 100);
+            *p++ = static_cast<char>('0' + nValue / 10 % 10);
+            *p++ = static_cast<char>('0' + nValue % 10);
+            return p;
+        }
+    }
     return PutLongNumber<bHex>(p, nValue, nWidth);
 }
 
@@ -149,5 +157,15 @@ void TextPrint(TextOut* pOut, Args... args) {
 // One TextPrint for each of `nCount` bytes.
 template <TextFormat F>
 void TextPrintEach(TextOut* pOut, const uint8_t* pValues, int32_t nCount) {
-    for (int32_t i = 0; i < nCount; ++i) TextPrint<F>(pOut, pValues[i]);
+    constexpr int32_t kTogether = kTextSlack / (F.nLength + 12);  // what the slack holds at worst
+    int32_t i = 0;
+    for (; bTextPlain && i < nCount; ++i) TextPrint<F>(pOut, pValues[i]);
+    while (i < nCount) {
+        const int32_t nEnd = nCount - i < kTogether ? nCount : i + kTogether;
+        char* const pStart = pOut->aBuffer + pOut->nUsed;
+        char* p = pStart;
+        for (; i < nEnd; ++i) p = PutFormat<F, 0>(p, pValues[i]);
+        pOut->nUsed += static_cast<size_t>(p - pStart);
+        if (pOut->nUsed >= kTextBuffer) TextFlush(pOut);
+    }
 }
