@@ -7,6 +7,8 @@ seconds=${1:-60}
 scripts/setup.sh clang libclang-rt-14-dev
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
+# Whole runs write many small files; in memory that is ten times as fast.
+[ -d /dev/shm ] && export TMPDIR=/dev/shm
 export ASAN_OPTIONS=allocator_may_return_null=1:detect_leaks=0
 status=0
 for program in build/fuzz/tests/fuzz/*_fuzz; do

@@ -51,7 +51,7 @@ std::string PickConfig(FuzzedDataProvider& t, const std::string& sFolder) {
     const char* const szName = t.PickValueInArray(
         {"in.yuv", "in_P420.yuv", "in_40x32_P400.yuv", "in_P422.yuv", "in.any", "a_24x24_b.any"});
     std::ofstream(sFolder + szName, std::ios::binary)
-        << VideoBytes(static_cast<size_t>(Pick(t, 0, 30000)));
+        << VideoBytes(static_cast<size_t>(Pick(t, 0, 9000)));
     std::string s = BaseConfig(Pick(t, 16, 56), Pick(t, 16, 56)) + "InputFilePath = " + szName +
                     "\nMD_DbgEn = " + std::to_string(Pick(t, 0, 0x3FFF)) + "\nEnableBatch = 0\n";
     for (int32_t n = Pick(t, 0, 24); n > 0; --n) {
@@ -94,7 +94,7 @@ extern "C" void __wrap__Z10RunCommandPKc(const char* szCommand) {
     if (sCommand.find("ffprobe") != std::string::npos) {
         tFile << (t.ConsumeBool() ? "32\n24\n" : t.ConsumeRandomLengthString(40));
     } else {
-        tFile << VideoBytes(static_cast<size_t>(Pick(t, 0, 30000)));
+        tFile << VideoBytes(static_cast<size_t>(Pick(t, 0, 9000)));
     }
 }
 
