@@ -20,7 +20,7 @@ for program in build/fuzz/tests/fuzz/*_fuzz; do
     # Quiet while it runs: what a target prints is closed, and a finding is shown by a second run.
     "$program" "$work" "tests/fuzz/corpus/$target" -max_total_time="$seconds" -max_len=8192 \
         -detect_leaks=0 -close_fd_mask=3 -timeout=20 -print_final_stats=1 \
-        -exact_artifact_path="$finding" >"build/fuzz/$target.log" 2>&1 || status=1
+        -artifact_prefix=build/fuzz/ -exact_artifact_path="$finding" >"build/fuzz/$target.log" 2>&1 || status=1
     echo "$target: $(grep -oE 'cov: [0-9]+ ft: [0-9]+' "build/fuzz/$target.log" | tail -1)," \
         "$(sed -n 's/.*number_of_executed_units: *//p' "build/fuzz/$target.log") executions"
     if [ -e "$finding" ]; then

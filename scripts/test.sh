@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the release and the sanitizer build, runs every test in both, and fuzzes for a moment.
+# Builds the release and the sanitizer build and runs every test in both.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -8,4 +8,3 @@ for preset in release asan; do
     cmake --build --preset "$preset"
     ctest --preset "$preset" -j "$(nproc)"
 done
-scripts/fuzz.sh 5
