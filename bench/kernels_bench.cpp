@@ -142,10 +142,6 @@ void BM_TextPrint(benchmark::State& tState) {
 BENCHMARK(BM_FrameBlockScan_Plain)->ArgName("padding")->DenseRange(0, 2);
 BENCHMARK(BM_TextPrint)->ArgName("plain")->Arg(0)->Arg(1);
 
-#ifdef __x86_64__
-const KernelPath tSse2{"sse2", CellRowSums_Sse2, BlockRowFeatures_Sse2};
-const KernelPath tAvx2{"avx2", CellRowSums_Avx2, BlockRowFeatures_Avx2};
-
 void Register(const KernelPath& t) {
     const std::string sName = t.szName;
     benchmark::RegisterBenchmark(("BM_FrameBlockScan_Fast/" + sName).c_str(), Fast, t)
@@ -156,15 +152,13 @@ void Register(const KernelPath& t) {
         ->DenseRange(0, 2);
     benchmark::RegisterBenchmark(("BM_BlockRowFeatures/" + sName).c_str(), BlockRow, t);
 }
-#endif
 
 }  // namespace
 
 int main(int argc, char** argv) {
-#ifdef __x86_64__
-    Register(tSse2);
-    if (__builtin_cpu_supports("avx2") != 0) Register(tAvx2);
-#endif
+    for (const KernelPath& t : OfferedKernels()) {
+        if (t.pCellRowSums != nullptr) Register(t);
+    }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

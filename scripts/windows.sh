@@ -25,7 +25,7 @@ mkdir -p "$work/bin" "$work/toolbin"
 cp build/release/bin/MD "$build/bin/MD.exe" "$work/bin"
 platform_clip "$work/clip"
 platform_run "$work/here" "$work/clip" "$work/bin/MD"
-for kernels in avx2 sse2 plain; do
+for kernels in avx2 ssse3 plain; do
     rm -rf "$work/windows"
     MD_KERNELS=$kernels platform_run "$work/windows" "$work/clip" "$wine" "$work/bin/MD.exe"
     grep -qF '.\in.yuv' "$work/windows/method1/out/HOG_feature/HOGCount.txt"

@@ -65,7 +65,7 @@ TEST(KernelPaths, AWholeRunDependsOnThePath) {
             const auto aPlain = RunOn("plain", sConfig, sClip);
             EXPECT_EQ(aPlain.at("exit"), "0") << sConfig;
 #ifdef __x86_64__
-            EXPECT_TRUE(aPlain == RunOn("sse2", sConfig, sClip)) << sConfig;
+            EXPECT_TRUE(aPlain == RunOn("ssse3", sConfig, sClip)) << sConfig;
             if (__builtin_cpu_supports("avx2") == 0) continue;
             EXPECT_TRUE(aPlain == RunOn("avx2", sConfig, sClip)) << sConfig;
 #endif

@@ -91,13 +91,8 @@ Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
 }
 
 std::vector<KernelPath> FastPaths() {
-    std::vector<KernelPath> aPaths;
-#ifdef __x86_64__
-    aPaths.push_back({"sse2", CellRowSums_Sse2, BlockRowFeatures_Sse2});
-    if (__builtin_cpu_supports("avx2") != 0) {
-        aPaths.push_back({"avx2", CellRowSums_Avx2, BlockRowFeatures_Avx2});
-    }
-#endif
+    std::vector<KernelPath> aPaths = OfferedKernels();
+    aPaths.pop_back();  // the plain one
     return aPaths;
 }
 

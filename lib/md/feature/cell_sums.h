@@ -10,6 +10,7 @@
 // moments follow per block.
 //
 // Why 16 bits hold what the lanes carry, with |gradient| <= 2040 by the tap limit:
+//   tap pair, pixels of 0 to 255 and taps of -8 to 8         |pair| <= 4080
 //   magnitude m = max + (min >> 1)                           <= 3060
 //   weight (m * w) >> 6 as high half of (2 m) * (w << 9)     2 m <= 6120, w << 9 <= 32768
 //   column sum over 8 rows                                   <= 8 * 3060 = 24480
@@ -23,10 +24,21 @@
 #include "md/block_feature.h"
 #include "md/sim_params.h"
 
+// The taps of a filter that are not 0, two by two: a pair of pixels is multiplied and added in one
+// step, and a tap of 0 costs nothing. A missing partner has the tap 0.
+struct TapPairs {
+    int32_t nPairs;        // 1 to 3
+    uint8_t aPlace[3][2];  // 0 to 4, the filter's middle is 2
+    int16_t aTaps[3];      // first tap in the low byte, second in the high one
+};
+
 // What the kernels read of the settings, brought into lane order once a run.
 struct CellSetup {
-    int16_t aGradX[kGradientTaps];
-    int16_t aGradY[kGradientTaps];
+    TapPairs tPairsX, tPairsY;
+    // Where the pixels of each pair lie for the eight columns of a cell, counted from two columns
+    // before it: as left cell of a block in bytes 0 to 15, as right one in 16 to 31. Zeros beyond
+    // the border are at place 128.
+    uint8_t aPlacesX[3][32];
     uint16_t aWeight[16][16];  // Gaussian weight << 9; 64 << 9 with weighting off
     int32_t nPadding;          // 0 neighbours, 1 zeros, 2 the block's own edge
     int32_t nStrideCells;      // block stride in cells, 1 to 8
@@ -74,8 +86,8 @@ using BlockRowFeaturesFn = void(const CellSetup* pSetup, const HalfBlock* pTop,
                                 const HalfBlock* pBottom, int32_t nBlocks, BlockSignature* pCur,
                                 const BlockSignature* pRef, uint8_t* pDist, uint8_t* pYDiff);
 
-CellRowSumsFn CellRowSums_Sse2, CellRowSums_Avx2;
-BlockRowFeaturesFn BlockRowFeatures_Sse2, BlockRowFeatures_Avx2;
+CellRowSumsFn CellRowSums_Ssse3, CellRowSums_Avx2;
+BlockRowFeaturesFn BlockRowFeatures_Ssse3, BlockRowFeatures_Avx2;
 
 // The 200-byte records of `nBlocks` signatures, for dumps and box method 2.
 void ExpandSignatures(const BlockSignature* pSignatures, int32_t nBlocks, BlockFeature* pFeatures);

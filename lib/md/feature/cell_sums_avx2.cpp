@@ -1,6 +1,7 @@
 // The kernels of cell_sums.h, built for AVX2.
 #ifdef __AVX2__
-#include "md/feature/cell_sums_kernel.h"
+#include "md/feature/block_row_kernel.h"
+#include "md/feature/cell_row_kernel.h"
 
 void CellRowSums_Avx2(const CellSetup* pSetup, const uint8_t* pY, int32_t nWidth, int32_t nHeight,
                       int32_t nY, int32_t nBlocks, HalfBlock* pTop, HalfBlock* pBottom) {

@@ -7,43 +7,35 @@
 
 namespace {
 
-#ifdef MD_X86_KERNELS
-bool HasAvx2() {
-    return __builtin_cpu_supports("avx2") != 0;
-}
-#endif
-
-// Fastest first; the plain path is always there.
-const KernelPath aPaths[] = {
-#ifdef MD_X86_KERNELS
-    {"avx2", CellRowSums_Avx2, BlockRowFeatures_Avx2},
-    {"sse2", CellRowSums_Sse2, BlockRowFeatures_Sse2},
-#endif
-    {"plain", nullptr, nullptr},
-};
-
-bool Offered([[maybe_unused]] const KernelPath& tPath) {
-#ifdef MD_X86_KERNELS
-    if (tPath.pCellRowSums == CellRowSums_Avx2) return HasAvx2();
-#endif
-    return true;
-}
-
-const KernelPath& Select() {
+KernelPath Select() {
     const char* szForced = std::getenv("MD_KERNELS");
-    for (const KernelPath& tPath : aPaths) {
-        if (!Offered(tPath)) continue;
+    for (const KernelPath& tPath : OfferedKernels()) {
         if (szForced == nullptr || std::strcmp(szForced, tPath.szName) == 0) return tPath;
     }
-    EndRun(stdout, kExitRefused,
-           "ERROR: MD_KERNELS=%s is not available here: plain, or sse2 or avx2 on a processor that "
-           "has it\n",
-           szForced);
+    EndRun(
+        stdout, kExitRefused,
+        "ERROR: MD_KERNELS=%s is not available here: plain, or ssse3 or avx2 on a processor that "
+        "has it\n",
+        szForced);
 }
 
 }  // namespace
 
+std::vector<KernelPath> OfferedKernels() {
+    std::vector<KernelPath> aPaths;
+#ifdef MD_X86_KERNELS
+    if (__builtin_cpu_supports("avx2") != 0) {
+        aPaths.push_back({"avx2", CellRowSums_Avx2, BlockRowFeatures_Avx2});
+    }
+    if (__builtin_cpu_supports("ssse3") != 0) {
+        aPaths.push_back({"ssse3", CellRowSums_Ssse3, BlockRowFeatures_Ssse3});
+    }
+#endif
+    aPaths.push_back({"plain", nullptr, nullptr});
+    return aPaths;
+}
+
 const KernelPath& SelectedKernels() {
-    static const KernelPath& tPath = Select();
+    static const KernelPath tPath = Select();
     return tPath;
 }

@@ -65,10 +65,9 @@ void ScoreRegion(const MdPpConfig& cfg, const MdResult& res, GridRegion& r) {
     for (int32_t row = r.top / cfg.nStride; row <= r.bottom / cfg.nStride; ++row) {
         for (int32_t col = r.left / cfg.nStride; col <= r.right / cfg.nStride; ++col) {
             const int32_t i = row * res.nBlkW + col;
-            if (BlockAvailable(res.pAvailBits, i) && res.pDistMap[i] > 0) {
-                ++r.nHitCnt;
-                r.nDistSum += res.pDistMap[i];
-            }
+            const int32_t nDist = BlockAvailable(res.pAvailBits, i) ? res.pDistMap[i] : 0;
+            r.nHitCnt += nDist > 0 ? 1 : 0;
+            r.nDistSum += nDist;
         }
     }
     r.nAvgDist = r.nDistSum / r.nHitCnt;  // the last block gathered lies in the box

@@ -12,7 +12,7 @@
 #include "tests/support/walks.h"
 
 #ifdef __x86_64__
-#include "md/feature/cell_sums_kernel.h"
+#include "md/feature/block_row_kernel.h"
 
 namespace {
 
