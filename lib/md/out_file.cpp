@@ -4,7 +4,9 @@
 
 bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode) {
     *pOut = {std::fopen(szPath, szMode), szPath, false};
-    return pOut->pFile != nullptr;
+    if (pOut->pFile == nullptr) return false;
+    std::setvbuf(pOut->pFile, nullptr, _IONBF, 0);
+    return true;
 }
 
 void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes) {

@@ -17,7 +17,7 @@
 
 extern bool bTextPlain;  // all text goes through fprintf
 
-constexpr size_t kTextBuffer = size_t{1} << 16;  // bytes gathered before they are written
+constexpr size_t kTextBuffer = size_t{1} << 18;  // bytes gathered before they are written
 constexpr size_t kTextSlack = 512;               // longest text of one TextPrint
 
 struct TextOut {
