@@ -25,8 +25,11 @@ struct ChunkRows {
     alignas(32) uint8_t aRow[kRows][kMargin + kChunkPixels + 32];
 };
 
+alignas(32) constexpr uint8_t aZeroRow[sizeof ChunkRows::aRow[0]] = {};
+
 // |gy| of row r of the cells: in row r + 2 with the real rows around it; rows 0 and 1 of a top half
 // below its border, in rows 0 and 1; rows 6 and 7 of a bottom half above its border, in 10 and 11.
+// These four are missing where the border is the real rows.
 struct ChunkGradY {
     alignas(32) int16_t aRow[kRows][kChunkPixels];
     int64_t aLuma[kChunkCells][2] = {};  // sum of each cell, and 0
@@ -65,24 +68,18 @@ MD_INLINE void GradientRowY(const TapPairs& tPairs, const uint8_t* const apRows[
     }
 }
 
-// Where a role's border lies, `n` counts the rows of ChunkRows.
-MD_INLINE const uint8_t* BorderRow(const ChunkRows& rows, int32_t nPadding, int32_t nEdge,
-                                   int32_t n) {
-    static const uint8_t aZero[kMargin + kChunkPixels + 32] = {};
-    return nPadding == 0 ? rows.aRow[n] : nPadding == 1 ? aZero : rows.aRow[nEdge];
-}
-
 template <int32_t nPairs>
 MD_INLINE void GradientsY(const CellSetup& t, const ChunkRows& rows, int32_t nPixels,
                           ChunkGradY* pOut) {
-    for (int32_t n = 0; n < kRows; ++n) {
+    const int32_t nMissing = t.nPadding == 0 ? 2 : 0;
+    for (int32_t n = nMissing; n < kRows - nMissing; ++n) {
         // Rows 0 and 1 of the output look at a top border, 10 and 11 at a bottom one.
         const int32_t r = n < 2 ? n : n > 9 ? n - 4 : n - 2;
         const uint8_t* apRows[5];
         for (int32_t k = 0; k < 5; ++k) {
             apRows[k] = rows.aRow[r + k];
-            if (n < 2 && r + k < 2) apRows[k] = BorderRow(rows, t.nPadding, 2, r + k);
-            if (n > 9 && r + k > 9) apRows[k] = BorderRow(rows, t.nPadding, 9, r + k);
+            if (n < 2 && r + k < 2) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.aRow[2];
+            if (n > 9 && r + k > 9) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.aRow[9];
         }
         GradientRowY<nPairs>(t.tPairsY, apRows, nPixels, pOut->aRow[n]);
     }
@@ -146,8 +143,17 @@ MD_INLINE void StoreHalf(const RoleSums& s, I32x8 nLuma, HalfBlock* pHalf) {
                                AddNeighbours(nMomY, nLuma)));
 }
 
-// `pPixels`: first pixel of the left cell; nX: its column in the chunk.
-template <bool bTop, bool bBottom, int32_t nPairs>
+// What a block's halves ask of their border.
+template <bool bTopHalf, bool bBottomHalf, bool bOwnBorder>
+struct Roles {
+    static constexpr bool bTop = bTopHalf, bBottom = bBottomHalf;
+    // Rows of ChunkGradY that hold row r.
+    static constexpr int32_t Top(int32_t r) { return bOwnBorder && r < 2 ? r : r + 2; }
+    static constexpr int32_t Bottom(int32_t r) { return bOwnBorder && r > 5 ? r + 4 : r + 2; }
+};
+
+// nX: column of the left cell in the chunk.
+template <typename R, int32_t nPairs>
 MD_INLINE void BlockHalves(const CellSetup& t, const FilterX<nPairs>& tFilter,
                            const ChunkRows& rows, const ChunkGradY& g, int32_t nX, HalfBlock* pTop,
                            HalfBlock* pBottom) {
@@ -155,18 +161,17 @@ MD_INLINE void BlockHalves(const CellSetup& t, const FilterX<nPairs>& tFilter,
 #pragma GCC unroll 8
     for (int32_t r = 7; r >= 0; --r) {
         const I16x16 ax = AbsGradientX(tFilter, rows.aRow[r + kBorderRows] + kMargin + nX);
-        if (bTop) AddRow(r, Magnitude2(ax, &g.aRow[r < 2 ? r : r + 2][nX]), t.aWeight[r], &tTop);
-        if (bBottom) {
-            AddRow(r, Magnitude2(ax, &g.aRow[r > 5 ? r + 4 : r + 2][nX]), t.aWeight[8 + r],
-                   &tBottom);
+        if (R::bTop) AddRow(r, Magnitude2(ax, &g.aRow[R::Top(r)][nX]), t.aWeight[r], &tTop);
+        if (R::bBottom) {
+            AddRow(r, Magnitude2(ax, &g.aRow[R::Bottom(r)][nX]), t.aWeight[8 + r], &tBottom);
         }
     }
     const I32x8 nLuma = Load<I32x8>(g.aLuma[nX / 8]);
-    if (bTop) StoreHalf(tTop, nLuma, pTop);
-    if (bBottom) StoreHalf(tBottom, nLuma, pBottom);
+    if (R::bTop) StoreHalf(tTop, nLuma, pTop);
+    if (R::bBottom) StoreHalf(tBottom, nLuma, pBottom);
 }
 
-template <int32_t nPairs>
+template <typename R, int32_t nPairs>
 MD_INLINE void ChunkHalves(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
                            int32_t nBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
     FilterX<nPairs> tFilter;  // a copy that the stores to the halves cannot touch
@@ -174,15 +179,21 @@ MD_INLINE void ChunkHalves(const CellSetup& t, const ChunkRows& rows, const Chun
         tFilter.aPlaces[k] = Load<U8x32>(t.aPlacesX[k]);
         tFilter.aTaps[k] = (U8x32)(I16x16{} + t.tPairsX.aTaps[k]);
     }
-    const int32_t nStep = 8 * t.nStrideCells;
     for (int32_t b = 0; b < nBlocks; ++b) {
-        if (pTop != nullptr && pBottom != nullptr) {
-            BlockHalves<true, true>(t, tFilter, rows, g, b * nStep, pTop + b, pBottom + b);
-        } else if (pTop != nullptr) {
-            BlockHalves<true, false>(t, tFilter, rows, g, b * nStep, pTop + b, nullptr);
-        } else {
-            BlockHalves<false, true>(t, tFilter, rows, g, b * nStep, nullptr, pBottom + b);
-        }
+        BlockHalves<R>(t, tFilter, rows, g, 8 * t.nStrideCells * b, pTop + b, pBottom + b);
+    }
+}
+
+// The halves asked for; null pointers stay null.
+template <int32_t nPairs, bool bOwnBorder>
+MD_INLINE void ChunkRoles(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
+                          int32_t nBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
+    if (pTop != nullptr && pBottom != nullptr) {
+        ChunkHalves<Roles<true, true, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pTop, pBottom);
+    } else if (pTop != nullptr) {
+        ChunkHalves<Roles<true, false, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pTop, pTop);
+    } else {
+        ChunkHalves<Roles<false, true, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pBottom, pBottom);
     }
 }
 
@@ -216,7 +227,8 @@ MD_INLINE void CellRowSums(const CellSetup* pSetup, const uint8_t* pY, int32_t n
         HalfBlock* const pTops = pTop == nullptr ? nullptr : pTop + nFirst;
         HalfBlock* const pBottoms = pBottom == nullptr ? nullptr : pBottom + nFirst;
         WithPairs(t.tPairsX, [&]<int32_t nPairs>() {
-            ChunkHalves<nPairs>(t, tRows, g, nCount, pTops, pBottoms);
+            if (t.nPadding == 0) ChunkRoles<nPairs, false>(t, tRows, g, nCount, pTops, pBottoms);
+            if (t.nPadding != 0) ChunkRoles<nPairs, true>(t, tRows, g, nCount, pTops, pBottoms);
         });
     }
 }
