@@ -11,8 +11,8 @@ struct OutFile {
     bool bShort = false;           // some write did not arrive whole
 };
 
-// Opens for binary writing, without a buffer: what is written comes in large pieces. `szMode` is "wb"
-// or "ab". False if the file cannot be opened.
+// Opens for binary writing, without a buffer: what is written comes in large pieces. `szMode` is
+// "wb" or "ab". False if the file cannot be opened.
 [[nodiscard]] bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode = "wb");
 
 void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes);
