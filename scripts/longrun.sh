@@ -2,6 +2,7 @@
 # Long runs in constant memory, a start beyond 4 GiB, and full runs under memcheck. Prints what it
 # measured; ends with 1 if a long run needs more memory than a short one, or memcheck complains.
 set -euo pipefail
+shopt -s inherit_errexit  # what fails within $(...) ends the script too
 cd "$(dirname "$0")/.."
 scripts/setup.sh valgrind time
 cmake --preset release >/dev/null

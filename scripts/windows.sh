@@ -33,10 +33,10 @@ for kernels in avx2 ssse3 plain; do
     platform_compare "$work/here" "$work/windows"
 done
 grep -q '^\[Warning\] ffmpeg/ffprobe is not exist' "$work/windows/method1/log"
-if cat "$work"/windows/*/out/HOG_feature/*.csv | grep -qvP '^[^\r]*\r$'; then
-    echo "a csv line ends in something else than CR LF"
-    exit 1
-fi
+# grep ends with 1 when it has read them all and found no other line.
+rc=0
+grep -vPm1 '^[^\r]*\r$' "$work"/windows/*/out/HOG_feature/*.csv || rc=$?
+[ "$rc" -eq 1 ] || { echo "a csv line ends in something else than CR LF"; exit 1; }
 
 # The whole statuses, which a POSIX parent sees the low byte of alone. The folder before the name
 # keeps the command processor from its own MD, which makes folders.
