@@ -16,10 +16,14 @@ for triple in s390x-linux-gnu i686-linux-gnu; do
     # Static: the emulator needs no libraries of that system.
     cmake -S . -B "$build" -G Ninja -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR="$cpu" \
         -DCMAKE_C_COMPILER="$triple-gcc" -DCMAKE_CXX_COMPILER="$triple-g++" \
+        -DCMAKE_CROSSCOMPILING_EMULATOR="${emulator[*]}" \
         -DCMAKE_EXE_LINKER_FLAGS=-static -DCMAKE_BUILD_TYPE=Release \
         -DCMAKE_CXX_FLAGS_RELEASE=-O3 >/dev/null
     cmake --build "$build"
-    "${emulator[@]}" "$build/tests/md_tests" --gtest_brief=1
+    # All but the one that walks up limits of address space: they hold the emulator too, and start
+    # where a dynamic 64-bit program begins to load.
+    "${emulator[@]}" "$build/tests/md_tests" --gtest_brief=1 \
+        --gtest_filter=-Fault.EveryStepOfMemoryEndsInAMessageOrARun
 
     work=$build/runs
     rm -rf "$work"
