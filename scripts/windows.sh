@@ -16,6 +16,11 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw64.cmake \
     -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O3 >/dev/null
 cmake --build "$build"
 mkdir -p "$WINEPREFIX"
+# A process that stays until the end, and wine's services with it. Without it they stop and start
+# between the runs, and a service that crashes on its way out says so on the stderr of some run.
+coproc session { "$wine" cmd 2>/dev/null; }
+echo "echo ready" >&"${session[1]}"
+grep -qm1 ready <&"${session[0]}"
 "$wine" "$build/tests/md_tests.exe" --gtest_brief=1
 
 # Programs in folders without the outside tools.
@@ -56,5 +61,6 @@ cp "$work/clip" "$work/windows/method1/in.yuv"
 grep -qE '^INFO: exec: [A-Z]:\\.*\\ffmpeg -y .*out/comp_960x180_P420.yuv -c:v libx264 .*\\comp_960x180_P420.mp4' \
     "$work/windows/method1/log"
 [ "$(grep -c 'Usage: .*toolbin.ffmpeg ' "$work/windows/method1/err")" -eq 4 ]
+echo exit >&"${session[1]}"
 "$WINESERVER" -w
 echo "windows: all as on this machine"
