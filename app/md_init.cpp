@@ -44,7 +44,7 @@ bool PlainTextForced() {
 // The canvas of three panels must fit a signed 32-bit size; then every other size of a run does.
 bool CanvasFits() {
     const int64_t nFrame = (int64_t{nMdWidth} * nMdHeight * 3) / 2;
-    return nFrame <= INT32_MAX && 3 * nFrame <= INT32_MAX;
+    return 3 * nFrame <= INT32_MAX;
 }
 
 void RefuseUnsupportedRun() {

@@ -117,7 +117,7 @@ GroupCounts CountGroup(const BytePlane& tState, int32_t x, int32_t y) {
             const Bytes nActive = (nState >> 4) & 1;
             c.nAct += nActive;
             // Later are the row below, the right neighbour and the block itself.
-            if (dy > 0 || (dy == 0 && dx >= 0)) c.nActLater += nActive;
+            if (dy >= 0) c.nActLater += nActive;
             c.nHighAct += (nState >> 5) & 1;
         }
     }
