@@ -3,14 +3,24 @@
 
 #include <climits>
 
+#include "md/decision/fast_scan.h"
 #include "md/input/raw_files.h"
+#include "tests/support/walks.h"
 
+#ifndef __SANITIZE_ADDRESS__  // it refuses such an allocation itself
 // On a 32-bit system the product of the first row wraps to one byte a frame, that of the second to
 // none, and the loop over frames never ended.
-TEST(RawFilesSize, FrameBeyondMemoryEndsTheRun) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the sanitizer refuses such an allocation itself";
-#endif
+TEST(FrameSizes, LumaFrameBeyondMemoryEndsTheRun) {
     EXPECT_EXIT(YuvI400ToI420("none", INT_MAX, INT_MAX, "."), testing::ExitedWithCode(1), "");
     EXPECT_EXIT(YuvI400ToI420("none", 1 << 30, 1 << 30, "."), testing::ExitedWithCode(1), "");
 }
+
+TEST(FrameSizes, ScanBeyondMemoryIsNull) {
+    Setting s;
+    s.md.nMD_HogBlockSize = 16;
+    s.md.nMD_HogBlockStride = 8;
+    for (const KernelPath& tPath : FastPaths()) {
+        EXPECT_EQ(FastScanCreate(tPath, &s.md, INT_MAX, INT_MAX, s.aGauss), nullptr);
+    }
+}
+#endif
