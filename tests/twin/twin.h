@@ -12,7 +12,6 @@
 struct TwinOutput {
     std::string sOut;                           // standard output from the first frame to the end
     std::map<std::string, std::string> aFiles;  // files of the HOG_feature folder by name
-    std::map<std::string, int> aReached;        // how often each rule was taken
 };
 
 // One run. The working size is nMD_ScaledW by nMD_ScaledH, the block size 16; `sClip` holds the

@@ -60,7 +60,7 @@ uint32_t InverseRoot(uint32_t n) {
     return w == 0 ? 0 : q >> e;
 }
 
-void Normalise(TwinState& t, TwinFeature& f) {
+void Normalise(const TwinState& t, TwinFeature& f) {
     uint32_t nSumSq = 1;
     for (const int v : f.v) nSumSq += uint32_t(v * v);
     const uint32_t nRoot = InverseRoot(nSumSq);
@@ -68,11 +68,10 @@ void Normalise(TwinState& t, TwinFeature& f) {
     for (int& v : f.v) v = std::min(int((uint32_t(v) * nRoot) >> 8), 255);
     const int nShift = t.p.nMD_ShiftHistMag2 - 3;
     const int h = nShift > 0 ? nLength >> nShift : nLength << -nShift;
-    if (h < 1 || h > 255) t.Reach(h < 1 ? "length class raised to 1" : "length class cut to 255");
     f.nNorm2 = std::clamp(h, 1, 255);
 }
 
-TwinFeature FeatureOf(TwinState& t, int x0, int y0) {
+TwinFeature FeatureOf(const TwinState& t, int x0, int y0) {
     TwinFeature f;
     int aMag[B][B], nSum = 0;
     for (int y = 0; y < B; ++y) {
@@ -91,7 +90,6 @@ TwinFeature FeatureOf(TwinState& t, int x0, int y0) {
             for (int x = 0; x < nSide; ++x) nMoment += aMag[cy + y][cx + x] * (bAlongX ? x : y);
         }
         nMoment >>= t.p.nMD_ShiftMetric2_Th + (bCell ? 0 : 2);
-        if (nMoment > 255) t.Reach("moment cut to 255");
         f.v[size_t(i)] = std::min(nMoment, 255);
     }
     if (t.p.nMD_HogNormalizeMode != 0) Normalise(t, f);
@@ -133,36 +131,29 @@ struct Thresholds {
 };
 
 // Over threshold: the avail value 0, 1 or 2; may set the count back.
-int OverThreshold(TwinState& t, TwinHistory& h, const Around& a, const Thresholds& th) {
+int OverThreshold(const TwinState& t, TwinHistory& h, const Around& a, const Thresholds& th) {
     const MdParams& p = t.p;
     const auto Back = [&](int n) { return h.aDist[size_t((t.nFrame + 3 - n) % 3)]; };
     const bool bNear = a.nActive >= p.nMD_HogDist_Th_LowDelay_nn_count;
     const bool bLater = a.nLater >= p.nMD_HogDist_Th_LowDelay_prev_nn_count;
     const bool bFresh = Back(0) > th.nLow && Back(2) < th.nBase;
     if (p.nMD_LowDelayEn != 0 && h.nCnt == 1) {
-        const bool bReports = bNear && bFresh && Back(1) < th.nBase;
-        t.Reach(bReports ? "low delay 1 reports" : "low delay 1 waits");
-        return bReports ? 2 : 0;
+        return bNear && bFresh && Back(1) < th.nBase ? 2 : 0;
     }
     if (p.nMD_LowDelayEn != 0 && h.nCnt == 2) {
-        const bool bReports = (bLater || bNear) && bFresh && Back(1) > th.nLow;
-        t.Reach(!bReports ? "low delay 2 waits"
-                : bLater  ? "low delay 2 reports by later neighbours"
-                          : "low delay 2 reports by all neighbours");
-        return bReports ? 2 : 0;
+        return (bLater || bNear) && bFresh && Back(1) > th.nLow ? 2 : 0;
     }
-    if (h.nCnt < p.nMD_ActBlkRepeatFrmCntTh) return t.Reach("repeats too few"), 0;
+    if (h.nCnt < p.nMD_ActBlkRepeatFrmCntTh) return 0;
     const int nMax = *std::max_element(h.aDist.begin(), h.aDist.end());
     const int nMin = *std::min_element(h.aDist.begin(), h.aDist.end());
-    if (nMax <= nMin * (p.nMD_ActBlk_MinMaxRatio_Scale + 16) / 16) return t.Reach("ratio holds"), 1;
+    if (nMax <= nMin * (p.nMD_ActBlk_MinMaxRatio_Scale + 16) / 16) return 1;
     const int nBack = a.nActive == 0 ? 3 : a.nActive == 1 ? 2 : 1;
-    t.Reach("ratio fails" + (a.nActive >= 4 ? " near 4" : " back " + std::to_string(nBack)));
     h.nCnt = std::max(p.nMD_ActBlkRepeatFrmCntTh - nBack, 0);
     return a.nActive >= 4 ? 1 : 0;
 }
 
 // The decision from history and neighbours: updates the block's record, gives its avail value.
-bool Correlate(TwinState& t, TwinHistory& h, const Around& a, int nYDiffThre, int D) {
+bool Correlate(const TwinState& t, TwinHistory& h, const Around& a, int nYDiffThre, int D) {
     const MdParams& p = t.p;
     Thresholds th{};
     th.nBase = std::max(p.nMD_HogDist_Th, nYDiffThre * p.nMD_HogDist_Th_AvgYDiffAdj_Scale / 8);
@@ -177,28 +168,19 @@ bool Correlate(TwinState& t, TwinHistory& h, const Around& a, int nYDiffThre, in
     const int nUpOne = std::min(h.nCnt + 1, 15);
     int nAvail = 0;
     if (a.bInside && (bPatch || bEdge || bStrong)) {
-        t.Reach(bPatch             ? "saturated patch"
-                : bEdge && bStrong ? "saturated and strong edge"
-                : bEdge            ? "saturated edge alone"
-                                   : "strong edge alone");
         nAvail = 2;
         h.nCnt = nUpOne;
     } else if (a.nHigh > 0 && D > th.nBase / 16) {
-        t.Reach("near a high block");
         nAvail = 1;
     } else if (D <= (a.nActive == 0 ? th.nAlone : th.nBase)) {
-        t.Reach(h.nCnt > 0 ? "quiet counts down" : "quiet");
         h.nCnt = std::max(h.nCnt - 1, 0);
     } else {
-        if (h.nCnt == 15) t.Reach("count stays 15");
         h.nCnt = nUpOne;
         nAvail = OverThreshold(t, h, a, th);
     }
     h.bActive = nAvail == 1;
     h.bHigh = nAvail == 1 && D >= th.nHigh;
-    if (h.bHigh) t.Reach("high flag");
     const bool bIsolated = nAvail == 1 && a.nHigh == 0 && a.nActive < p.nMD_ActNeighborBlkCntTh;
-    if (bIsolated) t.Reach("isolated block taken out");
     return nAvail != 0 && !bIsolated;
 }
 
@@ -215,7 +197,6 @@ void Decide(TwinState& t, int i, int nYDiffThre) {
     }
     const bool bStill = p.nMD_HogDistAvailCheck == 1 && std::abs(c.nAvgY - r.nAvgY) <= nYDiffThre;
     const bool bNotAvail = t.nFrame == 0 || bStill;
-    if (bStill && t.nFrame > 0) t.Reach("luma stands still");
     t.aAvail[size_t(i)] = t.aDist[size_t(i)] = 0;
     if (!bCorrelate && bNotAvail) return;
 
@@ -228,7 +209,6 @@ void Decide(TwinState& t, int i, int nYDiffThre) {
         for (size_t k = 0; k < 10; ++k) nAccu += (c.v[k] - r.v[k]) * (c.v[k] - r.v[k]);
         nAccu >>= p.nMD_HogCellSize == B ? 4 : 6;
         nDist = nAccu * nWeight * p.nMD_HogDist_Scale2 >> (p.nMD_HogNormalizeMode == 0 ? 4 : 12);
-        if (nDist > 255) t.Reach("distance cut to 255");
     }
     const int D = std::min(nDist, 255);
     const Around a = LookAround(t, i);

@@ -19,15 +19,10 @@ int Area(const TwinBox& b) {
 }
 
 // Box about the centres and half sizes in place, with `nPad` more on each side, kept in the frame.
-void SetBoxAround(TwinState& t, const std::string& sMethod, int nPad) {
+void SetBoxAround(TwinState& t, int nPad) {
     const TwinBox& b = t.tBox;
     const int l = b.xCenter - b.xDim - nPad, r = b.xCenter + b.xDim + nPad;
     const int u = b.yCenter - b.yDim - nPad, d = b.yCenter + b.yDim + nPad;
-    t.Reach(sMethod + " box");
-    if (l < 0) t.Reach(sMethod + " left cut");
-    if (u < 0) t.Reach(sMethod + " top cut");
-    if (r > t.W - 1) t.Reach(sMethod + " right cut");
-    if (d > t.H - 1) t.Reach(sMethod + " bottom cut");
     SetBox(t, std::max(l, 0), std::min(r, t.W - 1), std::max(u, 0), std::min(d, t.H - 1));
 }
 
@@ -53,19 +48,15 @@ void WeightedCentroid(TwinState& t) {
         nSumXW += t.X(i) * t.Dist(i);
         nSumYW += t.Y(i) * t.Dist(i);
     }
-    if (e.nCount == 0) return t.Reach("centroid empty");
-    if (e.left == e.right) return t.Reach("centroid one column");
-    if (e.top == e.bottom) return t.Reach("centroid one row");
-    if (e.nCount < t.p.nMD_BlkCnt_Th) return t.Reach("centroid too few");
+    if (e.left >= e.right || e.top >= e.bottom || e.nCount < t.p.nMD_BlkCnt_Th) return;
     const int h = t.S / 2, xC = nSumXW / nSumW, yC = nSumYW / nSumW;
     const int nReachX = std::min(e.right - xC, xC - e.left);
     const int nReachY = std::min(e.bottom - yC, yC - e.top);
-    if (nReachX < h || nReachY < h) t.Reach("centroid half stride");
     t.tBox.xDim = std::max(nReachX, h);
     t.tBox.yDim = std::max(nReachY, h);
     t.tBox.xCenter = xC + h;
     t.tBox.yCenter = yC + h;
-    SetBoxAround(t, "centroid", h);
+    SetBoxAround(t, h);
 }
 
 struct Region {
@@ -73,13 +64,11 @@ struct Region {
     bool bMerged = false;
 };
 
-void Merge(TwinState& t, Region& a, Region& b) {
+void Merge(Region& a, Region& b) {
     // The gap of two spans: start of the one that begins later less the end of the other.
     const int nGapX = a.left > b.left ? a.left - b.right : b.left - a.right;
     const int nGapY = a.top > b.top ? a.top - b.bottom : b.top - a.bottom;
-    if (std::max(nGapX, nGapY) > 8) return t.Reach("grid regions too far");
-    t.Reach(std::max(nGapX, nGapY) == 8 ? "grid merge at the gap" : "grid merge");
-    if (b.bMerged) t.Reach("grid merged twice");
+    if (std::max(nGapX, nGapY) > 8) return;
     a.left = std::min(a.left, b.left);
     a.top = std::min(a.top, b.top);
     a.right = std::max(a.right, b.right);
@@ -89,12 +78,10 @@ void Merge(TwinState& t, Region& a, Region& b) {
 }
 
 // A region whose span so far ends at 0 has none: its next block sets it anew.
-void Gather(TwinState& t, Region& r, int x, int y) {
-    const bool bNewX = r.left == 0 && r.right == 0, bNewY = r.top == 0 && r.bottom == 0;
-    if (r.nBlocks > 0 && ((bNewX && x > 0) || (bNewY && y > 0))) t.Reach("grid edge 0 is unset");
-    r.left = bNewX ? x : std::min(r.left, x);
+void Gather(Region& r, int x, int y) {
+    r.left = r.right == 0 ? x : std::min(r.left, x);
     r.right = std::max(r.right, x);
-    r.top = bNewY ? y : std::min(r.top, y);
+    r.top = r.bottom == 0 ? y : std::min(r.top, y);
     r.bottom = std::max(r.bottom, y);
     ++r.nBlocks;
 }
@@ -113,48 +100,37 @@ int RegionScore(const TwinState& t, const Region& r) {
 void GridCluster(TwinState& t) {
     const bool bFirst = t.W == 640 && t.H == 360;
     const int nGridCols = bFirst ? 4 : 8, nGridRows = bFirst ? 3 : 6, nMinBlocks = bFirst ? 10 : 3;
-    const std::string sTooFew = bFirst ? "grid too few in the first record" : "grid too few";
     std::vector<Region> aRegions(size_t(nGridCols * nGridRows));
     for (int i = 0; i < t.nBlks; ++i) {
         if (!t.Avail(i) || t.Dist(i) <= (bFirst ? 10 : 4)) continue;
         const int nRow = t.Y(i) / (t.H / nGridRows), nCol = t.X(i) / (t.W / nGridCols);
-        Gather(t, aRegions[size_t(nRow * nGridCols + nCol)], t.X(i), t.Y(i));
+        Gather(aRegions[size_t(nRow * nGridCols + nCol)], t.X(i), t.Y(i));
     }
     for (Region& a : aRegions) {
-        if (a.nBlocks <= nMinBlocks || a.bMerged) {
-            if (a.nBlocks > 0) t.Reach(a.bMerged ? "grid absorbed region gone" : sTooFew);
-            a = Region{};
-            continue;
-        }
+        if (a.nBlocks <= nMinBlocks || a.bMerged) a = Region{};
         for (Region& b : aRegions) {
-            if (&a != &b && b.nBlocks > nMinBlocks) Merge(t, a, b);
+            if (&a != &b && a.nBlocks > 0 && b.nBlocks > nMinBlocks) Merge(a, b);
         }
     }
     Region tBest;
     int nBest = 0;
     for (const Region& r : aRegions) {
         const int nScore = r.nBlocks > 0 ? RegionScore(t, r) : 0;
-        if (r.bMerged) t.Reach("grid absorbed region scored");
-        if (nBest > 0 && nScore == nBest) t.Reach("grid equal scores");
         if (nScore > nBest) tBest = r;
         nBest = std::max(nBest, nScore);
     }
     t.nScore = (t.nScore * 65 + nBest * 35) / 100;
     const int nArea = (tBest.right - tBest.left) * (tBest.bottom - tBest.top);
-    if (nBest == 0) return t.Reach(t.nScore > 0 ? "grid score decays" : "grid empty");
-    if (nArea == 0) return t.Reach("grid no area");
-    if (t.nScore <= (bFirst ? 16 : 10)) return t.Reach("grid score low");
-    t.Reach(bFirst ? "grid box by the first record" : "grid box by the second record");
+    if (nArea == 0 || t.nScore <= (bFirst ? 16 : 10)) return;
     SetBox(t, tBest.left, tBest.right, tBest.top, tBest.bottom);
 }
 
 // The check on the last three distances; gives the outcome 0 or 1 and may set the count back.
 int CheckSteady(TwinState& t, size_t i, int nNear) {
-    if (t.aRefineCnt[i] < 3) return t.Reach("refine count below 3"), 0;
+    if (t.aRefineCnt[i] < 3) return 0;
     const auto& a = t.aRefineDist;
     const auto [nMin, nMax] = std::minmax({a[0][i], a[1][i], a[2][i]});
-    if (nMax <= nMin * 10 / 8) return t.Reach("refine steady"), 1;
-    t.Reach("refine jump near " + std::to_string(nNear >= 4 ? 4 : std::min(nNear, 2)));
+    if (nMax <= nMin * 10 / 8) return 1;
     t.aRefineCnt[i] = std::min(nNear, 2);
     return nNear >= 4 ? 1 : 0;
 }
@@ -173,35 +149,24 @@ bool RefineBlock(TwinState& t, int i, int nLumaAvg2) {
     const int dAboveRight = y > 0 && x < t.nCols - 1 ? t.Dist(i - t.nCols + 1) : 256;
     const int nUp = std::max({dAbove, dAboveLeft, dAboveRight});
     const int nDynTh = std::clamp(nLumaAvg2 * 60 / 8, 15, 255);
-    if (nDynTh > 15) t.Reach("refine threshold raised");
     int& nCnt = t.aRefineCnt[size_t(i)];
     const int nUpOne = std::min(nCnt + 1, 15);
     int o = 1;
     if (std::min({v, dAboveLeft, dAbove, dLeft}) >= 255) {
-        t.Reach("refine case 1");
         o = 2;
     } else if (v >= 255 && nUp <= 0) {
         o = dLeft >= 180 ? 2 : 1;
-        t.Reach(o == 1        ? "refine case 2 left"
-                : dLeft < 200 ? "refine case 2 below 200"
-                              : "refine case 2 taken");
     } else if (v >= 170) {
         o = nUp <= 2 && dLeft >= 200 ? 2 : 1;
-        if (x == t.nCols - 1 && std::max(dAbove, dAboveLeft) <= 2 && dLeft >= 200)
-            t.Reach("refine case 3 at the edge");
-        t.Reach(o == 2 ? "refine case 3 taken" : "refine case 3 left");
     } else if (nNear == 0 ? v > 60 : v > nDynTh) {
-        t.Reach(nNear == 0 ? "refine case 4 alone" : "refine case 4 near");
         nCnt = nUpOne;
         o = CheckSteady(t, size_t(i), nNear);
     } else {
-        t.Reach("refine case 5");
         nCnt = std::max(nCnt - 1, 0);
         o = 0;
     }
     if (o == 2) nCnt = nUpOne;
     t.aRefineActive[size_t(i)] = o == 1;
-    if (o == 1 && nNear < 2) t.Reach("refine isolated");
     return o == 2 || (o == 1 && nNear >= 2);
 }
 
@@ -225,7 +190,7 @@ struct Span {
 };
 
 // The filled bins on both sides of the first peak.
-Span SpanAtPeak(TwinState& t, const std::vector<int>& aPixels, int nBins, int nBinSize) {
+Span SpanAtPeak(const std::vector<int>& aPixels, int nBins, int nBinSize) {
     std::vector<int> aBins(size_t(nBins), 0);
     int nPeak = 0, nBest = 0;
     for (const int nPixel : aPixels) {
@@ -236,9 +201,6 @@ Span SpanAtPeak(TwinState& t, const std::vector<int>& aPixels, int nBins, int nB
     Span s;
     for (int b = nPeak; b < nBins && aBins[size_t(b)] > 0; ++b) s.nEnd = (b + 1) * nBinSize;
     for (int b = nPeak; b >= 0 && aBins[size_t(b)] > 0; --b) s.nStart = b * nBinSize;
-    for (const int n : aPixels) {
-        if (n < s.nStart || n >= s.nEnd) t.Reach("projection bins apart");
-    }
     return s;
 }
 
@@ -246,16 +208,13 @@ void Project(TwinState& t, const std::vector<int>& aList) {
     std::vector<int> aX, aY;
     for (const int i : aList) aX.push_back(t.X(i));
     for (const int i : aList) aY.push_back(t.Y(i));
-    const Span c = SpanAtPeak(t, aX, 16, t.W / 16), r = SpanAtPeak(t, aY, 9, t.H / 9);
+    const Span c = SpanAtPeak(aX, 16, t.W / 16), r = SpanAtPeak(aY, 9, t.H / 9);
     Extent e;
     for (const int i : aList) {
         const int x = i % t.nCols, y = i / t.nCols;
         const bool bInX = x >= c.nStart / t.S && x <= c.nEnd / t.S;
         if (bInX && y >= r.nStart / t.S && y <= r.nEnd / t.S) e.Add(t.X(i), t.Y(i));
     }
-    t.Reach(e.nCount > 0    ? "projection box"
-            : aList.empty() ? "projection empty"
-                            : "projection spans cross nowhere");
     if (e.nCount > 0) SetBox(t, e.left, e.right + 16, e.top, e.bottom + 16);
 }
 
@@ -264,16 +223,10 @@ bool GrowConfirmed(TwinState& t) {
     const int nOld = t.nLastArea;  // the sum of areas always holds one frame's
     t.nLastArea = Area(b);
     t.nStableRun = b.bValid ? t.nStableRun + 1 : 0;
-    if (t.nStableRun < 4) return t.Reach("grow run too short"), false;
-    if (Area(b) * 10 > nOld * 13) return t.Reach("grow area jumps"), false;
-    if (b.left < 8 || b.top < 8 || b.right / 8 >= t.nCols - 1) {
-        t.Reach("confirmed without growth");
-        return true;
-    }
-    const int nLowest = t.nRows * 8 + 7;
-    t.Reach(b.bottom + 8 > nLowest ? "grown, bottom cut" : "grown");
+    if (t.nStableRun < 4 || Area(b) * 10 > nOld * 13) return false;
+    if (b.left < 8 || b.top < 8 || b.right / 8 >= t.nCols - 1) return true;
     SetBox(t, b.left - 8, std::min(b.right + 8, t.nCols * 8 + 7), b.top - 8,
-           std::min(b.bottom + 8, nLowest));
+           std::min(b.bottom + 8, t.nRows * 8 + 7));
     return true;
 }
 
@@ -307,16 +260,12 @@ Slab Bisect(const TwinState& t, int lo, int hi, bool bAlongX) {
 }
 
 bool Keeps(TwinState& t, const Slab& tSlab, bool bAlongX) {
-    const std::string sAxis = bAlongX ? " x" : " y";
     const int nArea = tSlab.nArea & 0xFFFF, nDim = tSlab.nDim;
-    if (tSlab.nArea > 0xFFFF) t.Reach("bisection area cut to 16 bits");
     if (nDim < 2) {
-        t.Reach((tSlab.nArea > 0 ? "bisection thin" : "bisection empty") + sAxis);
         Put(t.tOut.sOut, "LOG: Dimension desense! %d\n", nDim);
         return false;
     }
     if (nArea >= nDim * (bAlongX ? 2 : 1)) return true;
-    t.Reach("bisection light" + sAxis);
     Put(t.tOut.sOut, "LOG: Area desense! Area:%d, Dim:%d\n", nArea, nDim);
     return false;
 }
@@ -329,7 +278,7 @@ void Bisection(TwinState& t) {
     t.tBox.yCenter = tY.nCenter + t.S;
     t.tBox.xDim = tX.nDim;
     t.tBox.yDim = tY.nDim;
-    SetBoxAround(t, "bisection", 0);
+    SetBoxAround(t, 0);
     Put(t.tOut.sOut, "obj RECT[l,r, t, b]: (1-0: %d,%d,%d,%d)\n", t.tBox.left, t.tBox.right,
         t.tBox.top, t.tBox.bottom);
 }
@@ -338,9 +287,6 @@ void GateGrow(TwinState& t) {
     TwinBox& b = t.tBox;
     const int nX = std::max(int(b.xDim * 0.2), 8), nY = std::max(int(b.yDim * 0.2), 16);
     const int nRight = t.nCols * 8 + 7, nBottom = t.nRows * 8 + 7;
-    if (nX > 8 || nY > 16) t.Reach("gate grows by a fifth");
-    if (b.left < nX || b.top < nY) t.Reach("gate growth cut low");
-    if (b.right + nX > nRight || b.bottom + nY > nBottom) t.Reach("gate growth cut high");
     b.left = std::max(b.left - nX, 0);
     b.top = std::max(b.top - nY, 0);
     b.right = std::min(b.right + nX, nRight);
@@ -348,7 +294,7 @@ void GateGrow(TwinState& t) {
 }
 
 // One frame of the waiting gate: the rings and their lines; true when all tests hold.
-bool GateOpens(TwinState& t, const std::string& sMethod) {
+bool GateOpens(TwinState& t) {
     const int w = t.p.nMD_Bbox_PP_Window;
     const size_t nSlot = size_t(t.nGateFrame % w);
     auto &aArea = t.aGateArea, &aAspect = t.aGateAspect;
@@ -372,20 +318,13 @@ bool GateOpens(TwinState& t, const std::string& sMethod) {
     const bool bRun = t.nGateRun >= w && t.nGateAreaSum >= 2 * w;
     const bool bArea = nPrevArea * t.p.dMD_PP_Area_Converge_Thresh >= t.nGateAreaSum;
     const bool bAspect = nPrevAspect * t.p.dMD_PP_Aspect_Converge_Thresh >= t.nGateAspectSum;
-    if (t.nObj == 0) return t.Reach("gate without box" + sMethod), false;
-    if (!bRun) return t.Reach("gate run too short" + sMethod), false;
-    if (!bArea) return t.Reach("gate area jumps"), false;
-    if (!bAspect) return t.Reach("gate aspect jumps"), false;
-    t.Reach("gate opens" + sMethod);
-    return true;
+    return bRun && bArea && bAspect;
 }
 
 void Gate(TwinState& t) {
-    const std::string sMethod = ", method " + std::to_string(t.p.nMD_PostProcMethod);
     if (t.bLatch != 0) {
         t.bLatch = t.bMotion;
-        t.Reach((t.bMotion ? "gate stays open" : "gate closes") + sMethod);
-    } else if (GateOpens(t, sMethod)) {
+    } else if (GateOpens(t)) {
         t.bLatch = 1;
         GateGrow(t);
         t.tOut.sOut += "bbox triggered\n";

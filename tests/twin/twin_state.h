@@ -50,7 +50,6 @@ struct TwinState {
     bool Avail(int i) const { return aAvail[size_t(i)] != 0; }
     int X(int i) const { return i % nCols * S; }  // corner of block i, pixels
     int Y(int i) const { return i / nCols * S; }
-    void Reach(const std::string& sRule) { ++tOut.aReached[sRule]; }
 };
 
 void Put(std::string& s, const char* pFormat, ...) __attribute__((format(printf, 2, 3)));
