@@ -211,7 +211,7 @@ const std::vector<Case> aCases = {
      "PostProcMethod=0 NeighborCorrelation=0 Padding_Method=1"},
     {"OneRowCentroid", 96, 20, {.nFrames = 6, .nSize = 60, .nBoil = 1},
      "PostProcMethod=0 NeighborCorrelation=0"},
-    {"OneRowGrid", 320, 21, {.nFrames = 6, .nSize = 200, .nBoil = 1}, "NeighborCorrelation=0"},
+    {"OneRowGrid", 640, 21, {.nFrames = 6, .nSize = 200, .nBoil = 1}, "NeighborCorrelation=0"},
     {"OneBlock", 17, 16, {.nFrames = 6, .nBoil = 1}, "NeighborCorrelation=0"},
     {"LumaCheck", 96, 80, {.nFrames = 6, .nSpeed = 5, .nFlicker = 30},
      "HogDistAvailCheck=1 HogDist_AvgYDiffCalc_Method=1 RefFrmIdx=1 HogDist_AvgYDiffThre_Scale=12"},
@@ -232,6 +232,8 @@ const std::vector<Case> aCases = {
      "StartFrameIdx=2 FramesToBeProcessed=5 DbgEn=608 PostProcMethod=0 RefFrmIdx=2"},
     {"TailCut", 96, 80, {.nFrames = 6, .nSize = 60, .nSpeed = 6, .nTail = 777},
      "StartFrameIdx=1 PostProcMethod=2"},
+    {"TailAlone", 96, 80, {.nFrames = 2, .nTail = 11519}, "StartFrameIdx=2 FramesToBeProcessed=9"},
+    {"StartBehindTheEnd", 96, 80, {.nFrames = 1}, "StartFrameIdx=10000"},
     // clang-format on
 };
 

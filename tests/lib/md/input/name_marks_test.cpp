@@ -3,30 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 TEST(NameMarks, OnlyRawNamesWithAMarkChangeTheType) {
-    const std::pair<const char*, int32_t> aRows[] = {{"clip_P420.yuv", 0},
-                                                     {"clip_p420.yuv", 0},
-                                                     {"clip_P422.yuv", 3},
-                                                     {"clip_p422.yuv", 3},
-                                                     {"clip_P400.yuv", 2},
-                                                     {"clip_p400.yuv", 2},
-                                                     {"clip.yuv", 1},
-                                                     {"clip_P420.mp4", 1},
-                                                     {"clip_P420.YUV", 1},
-                                                     {"clip_P420.yu", 1},
-                                                     {"clip_P420.yuvx", 0},
-                                                     {"clip_P420.y.uv", 1},
-                                                     {"clip_P420yuv", 1},
-                                                     {"a.yuv/b_P420.mp4", 1},
-                                                     {"run_P422/clip.yuv", 3},
-                                                     {"a_P400_P422_P420.yuv", 0},
-                                                     {"a_P400_P422.yuv", 3},
-                                                     {"clip_P420", 1},
-                                                     {"a.yuv_P420", 0},
-                                                     {"", 1},
-                                                     {".yuv", 1}};
-    for (const auto& [szPath, nType] : aRows) EXPECT_EQ(InputTypeFromName(szPath), nType) << szPath;
+    const std::vector<const char*> aNames[] = {
+        {"clip_P420.yuv", "clip_p420.yuv", "clip_P420.yuvx", "a_P400_P422_P420.yuv", "a.yuv_P420"},
+        {"clip.yuv", "clip_P420.mp4", "clip_P420.YUV", "clip_P420.yu", "clip_P420.y.uv",
+         "clip_P420yuv", "a.yuv/b_P420.mp4", "clip_P420", "", ".yuv"},
+        {"clip_P400.yuv", "clip_p400.yuv"},
+        {"clip_P422.yuv", "clip_p422.yuv", "run_P422/clip.yuv", "a_P400_P422.yuv"}};
+    for (int32_t nType = 0; nType < 4; ++nType) {
+        for (const char* sz : aNames[nType]) EXPECT_EQ(InputTypeFromName(sz), nType) << sz;
+    }
 }
 
 TEST(NameMarks, SizesFillTheTextBetweenTwoUnderscores) {

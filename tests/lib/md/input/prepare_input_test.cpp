@@ -144,25 +144,6 @@ TEST(PrepareInput, EveryTypeReachesTheLoopWithItsLog) {
     EXPECT_EQ(Probe(tFolder / "out/ScaledInput_32x24_P420.mp4"), "h264,32,24\n");
 }
 
-TEST(OutputMp4, EachVideoIsConvertedUnlessTheRunIsABatch) {
-    const TempFolder tFolder;
-    MakeClip(tFolder.Path(), "in.yuv");
-    const std::string sBatch = RunOn(tFolder.Path(), "MD_DbgEn = 26 EnableBatch = 2").sOut;
-    EXPECT_TRUE(sBatch.ends_with("read frame 3 error: 0, 4608\nfinish.\nfinish.\n")) << sBatch;
-    const Outcome t = RunOn(tFolder.Path(), "MD_DbgEn = 26 EnableBatch = 0");
-    std::string sEnd = "\nConvert MD output YUV video to mp4 format!\n";
-    const std::pair<std::string, std::string> aVideos[] = {
-        {"comp", "192x48"}, {"motionArea", "64x48"}, {"hogDist", "64x48"}};
-    for (const auto& [sName, sSize] : aVideos) {
-        const std::string sPath = "./out/" + sName + "_" + sSize + "_P420";
-        sEnd += sExec + "-f rawvideo -pix_fmt yuv420p -s:v " + sSize + " -i " + sPath +
-                ".yuv -c:v libx264 " + sPath + ".mp4\n";
-        EXPECT_EQ(Probe(tFolder / (sPath + ".mp4")),
-                  sName == "comp" ? "h264,192,48\n" : "h264,64,48\n");
-    }
-    EXPECT_TRUE(t.sOut.ends_with(sEnd + "finish.\nfinish.\n")) << t;
-}
-
 TEST(PrepareInput, PathsAreDataAndNeverRun) {
     const TempFolder tFolder;
     const std::string sNasty = "a b;'q\" $(touch ran1) `touch ran2` & %d";
@@ -218,74 +199,67 @@ TEST(PrepareInput, OddSizesThatTheToolWouldDeliverAreRefused) {
     }
 }
 
-TEST(PrepareInput, WithoutToolsItTellsWhatItCannotDo) {
-    const std::string sNot = " ffmpeg/ffprobe is not exist for ";
-    const std::string sNoConvert = "\n\n[ERROR]" + sNot + "converting input yuv420p\n";
-    const std::string sFrame = "*****frame 0\n";
-    const std::string sEnd = "read frame 1 error: 0, 4608\n";
-    const std::string sFinish = "finish.\nfinish.\n";
-    const struct {
-        const char* szConfig;
-        int nExit;
-        std::string sLast, sBefore;  // the log's last lines; what stands before the loop
-    } aRows[] = {
-        {"InputFileType = 1 InputFilePath = a.mp4", 1, sNoConvert, ""},
-        {"InputFileType = 2", 1, sNoConvert, ""},
-        {"InputFileType = 3 InputWidth = 0", 1, sNoConvert, ""},
-        {"InputWidth = 0", 1, "\n\n[ERROR] auto detect W,H fail\n", ""},
-        {"MD_ScaledW = 32", 1, "AspectRatio\n[ERROR]" + sNot + "scaling input\n", ""},
-        {"MD_DbgEn = 8192", 0, sEnd + sFinish,
-         "\n\n[Warning] nDbgEn BIT13 is ignored because ffmpeg/ffprobe is not exist\n" + sFrame},
-        {"EnableBatch = 0", 0, sEnd + "[Warning]" + sNot + "converting output mp4\n" + sFinish,
-         "\n\n" + sFrame},
-        {"EnableBatch = 1", 0, sEnd + sFinish, "\n\n" + sFrame}};
-    const TempFolder tFolder;
-    CopyMd(tFolder.Path());
-    WriteAll(tFolder / "ffprobe", "alone it does not count");
-    WriteAll(tFolder / "in.yuv", std::string(kFrame, '\x40'));
-    for (const auto& t : aRows) {
-        const Outcome tRun = RunOn(tFolder.Path(), t.szConfig, "./MD");
-        EXPECT_EQ(tRun.nExit, t.nExit) << t.szConfig;
-        EXPECT_TRUE(tRun.sOut.ends_with(t.sLast)) << tRun;
-        EXPECT_NE(tRun.sOut.find(t.sBefore), std::string::npos) << tRun;
-    }
-}
-
 // Scripts stand where the tools should be: the converter does nothing, the prober what a row says.
 TEST(PrepareInput, ToolsAreJudgedByTheFilesThatTheyLeave) {
-    const std::string sBad = "get W/H from ./out/input_resolution.txt fail: ";
-    const auto NoFile = [](const std::string& s) { return "generate YUV420p file " + s + " fail"; };
-    const std::string sSmall = "generate Scaled YUV420p file ./out/ScaledInput_32x24_P420.yuv fail";
-    const std::string sAny = "InputFileType = 1";
+    const std::string sNot = " ffmpeg/ffprobe is not exist for ";
+    const std::string sNoConvert = "\n\n[ERROR]" + sNot + "converting input yuv420p\n";
+    const std::string sNoSize = "\n\n[ERROR] auto detect W,H fail\n";
+    const std::string sFinish = "finish.\nfinish.\n", sNone = "FramesToBeProcessed = 0 ";
+    const auto Bad = [](const std::string& s) {
+        return "ERROR: get W/H from ./out/input_resolution.txt fail: " + s + "\n";
+    };
+    const auto NoFile = [](const std::string& s) {
+        return "ERROR: generate YUV420p file " + s + " fail\n";
+    };
+    const std::string sSmall = "ScaledInput_32x24_P420.yuv", sPre = "./out/PreInput_64x48_P420.yuv";
+    const std::string sAny = "InputFileType = 1 ";
     const struct {
-        std::string sConfig, sProber, sOld, sError;  // sOld: a file of an earlier run
+        std::string sConfig;
+        const char* szProber;   // null: there is no converter
+        std::string sEnd;       // of the log
+        std::string sOld = "";  // a file of an earlier run
     } aRows[] = {
-        {sAny, "", "", sBad + "0, 0"},
-        {sAny, "echo 64", "", sBad + "64, 0"},
-        {sAny, "echo; echo 48", "", sBad + "0, 48"},
-        {sAny, "echo N/A; echo 48x", "", sBad + "0, 48"},
-        {sAny, "printf '%0300d\\n48\\n' 0", "", sBad + "0, 0"},
-        {sAny, "printf '64\\r\\n48'", "", NoFile("./out/PreInput_64x48_P420.yuv")},
-        {sAny, "echo -64; echo 48", "", NoFile("./out/PreInput_-64x48_P420.yuv")},
-        {sAny, "echo 64; echo 48; exit 3", "PreInput_64x48_P420.yuv", ""},
-        {sAny + " OutputFilePath = x/y", "", "", "can't open ./x/y/input_resolution.txt"},
-        {"InputFileType = 3", "", "", NoFile("./out/PreInput_64x48_P420.yuv")},
-        {"InputFileType = 2 InputFilePath = no.yuv", "", "", ""},
-        {"InputFileType = 2 OutputFilePath = x/y", "", "", NoFile("./x/y/PreInput_64x48_P420.yuv")},
-        {"MD_ScaledW = 32", "", "", sSmall},
-        {"MD_ScaledW = 32", "", "ScaledInput_32x24_P420.yuv", ""}};
+        {sAny, "", Bad("0, 0")},
+        {sAny, "echo 64", Bad("64, 0")},
+        {sAny, "echo; echo 48", Bad("0, 48")},
+        {sAny, "echo N/A; echo 48x", Bad("0, 48")},
+        {sAny, "printf '%0300d\\n48\\n' 0", Bad("0, 0")},
+        {sAny, "printf '64\\r\\n48'", NoFile(sPre)},
+        {sAny, "echo -64; echo 48", NoFile("./out/PreInput_-64x48_P420.yuv")},
+        {sAny, "echo 64; echo 48; exit 3", sFinish, "PreInput_64x48_P420.yuv"},
+        {sAny + "OutputFilePath = x/y", "", "ERROR: can't open ./x/y/input_resolution.txt\n"},
+        {sAny + "InputFilePath = a_1x2147483647_P420.yuv", "",
+         "[ERROR] input size 1x2147483647 gives no usable working height\n"},
+        {"InputFileType = 3", "", NoFile(sPre)},
+        {"InputFileType = 3 InputWidth = 0", "", sNoSize},
+        {"InputFileType = 3 InputHeight = 0", "", sNoSize},
+        {"InputFileType = 2 InputFilePath = no.yuv", "", sFinish},
+        {"InputFileType = 2 OutputFilePath = x/y", "", NoFile("./x/y/PreInput_64x48_P420.yuv")},
+        {"MD_ScaledW = 32", "",
+         "\nERROR: generate Scaled YUV420p file ./out/" + sSmall + " fail\n"},
+        {"MD_ScaledW = 32", "", sFinish, sSmall},
+        {sAny + "InputFilePath = a.mp4", nullptr, sNoConvert},
+        {"InputFileType = 2", nullptr, sNoConvert},
+        {"InputFileType = 3 InputWidth = 0", nullptr, sNoConvert},
+        {"InputWidth = 0", nullptr, sNoSize},
+        {"MD_ScaledW = 32", nullptr, "AspectRatio\n[ERROR]" + sNot + "scaling input\n"},
+        {sNone + "MD_DbgEn = 8192", nullptr,
+         "\n\n[Warning] nDbgEn BIT13 is ignored because ffmpeg/ffprobe is not exist\n" + sFinish},
+        {sNone + "EnableBatch = 0", nullptr,
+         "\n\n[Warning]" + sNot + "converting output mp4\n" + sFinish},
+        {sNone + "EnableBatch = 1", nullptr, "\n\n" + sFinish}};
     for (const auto& t : aRows) {
         const TempFolder tFolder;
         CopyMd(tFolder.Path());
-        WriteScript(tFolder / "ffmpeg", "exit 1\n");
-        WriteScript(tFolder / "ffprobe", t.sProber + "\n");
+        if (t.szProber != nullptr) WriteScript(tFolder / "ffmpeg", "exit 1\n");
+        WriteScript(tFolder / "ffprobe",
+                    std::string(t.szProber == nullptr ? "" : t.szProber) + "\n");
         WriteAll(tFolder / "in.yuv", std::string(kFrame, '\x40'));
         fs::create_directory(tFolder / "out");
         if (!t.sOld.empty()) WriteAll(tFolder / "out" / t.sOld, "");
         const Outcome tRun = RunOn(tFolder.Path(), t.sConfig, "./MD");
-        EXPECT_EQ(tRun.nExit, t.sError.empty() ? 0 : 1) << t.sConfig << " " << t.sProber;
-        const std::string sLast = t.sError.empty() ? "finish." : "ERROR: " + t.sError;
-        EXPECT_TRUE(tRun.sOut.ends_with("\n" + sLast + "\n")) << tRun;
+        EXPECT_EQ(tRun.nExit, t.sEnd.ends_with(sFinish) ? 0 : 1) << t.sConfig << tRun;
+        EXPECT_TRUE(tRun.sOut.ends_with(t.sEnd)) << t.sConfig << tRun;
     }
 }
 
@@ -313,6 +287,13 @@ TEST(PrepareInput, CommandsThatDoNotFitAreNotRun) {
     EXPECT_EQ(tRefused.nExit, 1);
     EXPECT_NE(tRefused.sOut.find("\n\n[ERROR] "), std::string::npos) << tRefused;
     EXPECT_FALSE(fs::exists(tFolder / "out/input_resolution.txt"));
+
+    CopyMd(tFolder.Path());
+    std::string sProgram = "./MD";
+    while (sProgram.size() < 600) sProgram = "./" + sProgram;
+    const Outcome tFar = RunOn(tFolder.Path(), "", sProgram);
+    EXPECT_EQ(tFar.nExit, 1);
+    EXPECT_TRUE(tFar.sOut.ends_with("\n\n[ERROR] ffmpeg path is too long\n")) << tFar;
 
     const Outcome tWarned =
         RunOn(tFolder.Path(), "MD_DbgEn = 8 EnableBatch = 0 OutputFilePath = " + sQuotes);
