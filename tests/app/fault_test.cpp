@@ -22,24 +22,21 @@ std::string Clip() {
     return s;
 }
 
-// Runs a shell line in a folder with a copy of MD, a converter that dies half-way, a clip of 32x32.
-// As root it runs as somebody else, whom file permissions hold.
-Outcome RunLine(const TempFolder& tFolder, const std::string& sConfig, const std::string& sLine) {
+// A folder with a copy of MD, a converter that dies half-way, a clip of 32x32 and the settings.
+void Furnish(const TempFolder& tFolder, const std::string& sConfig) {
     CopyMd(tFolder.Path());
     WriteScript(tFolder / "ffprobe", "echo 32; echo 32\n");
     WriteScript(tFolder / "ffmpeg", "for last; do :; done\nhead -c 1636 in.yuv >$last\nkill -9 $$");
     WriteAll(tFolder / "in.yuv", Clip());
     WriteAll(tFolder / "a.cfg", BaseConfig(32, 32) + sConfig);
-    std::vector<std::string> aArguments = {"sh", "-c", sLine};
-    if (geteuid() == 0) {
-        fs::permissions(tFolder.Path(), fs::perms::all);
-        for (const auto& t : fs::directory_iterator(tFolder.Path())) {
-            fs::permissions(t.path(), fs::perms::all);
-        }
-        aArguments.insert(aArguments.begin(),
-                          {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
-    }
-    return RunProgram(tFolder.Path(), aArguments);
+}
+
+// Runs a shell line there; as root as somebody else, whom file permissions hold.
+Outcome RunHeld(const TempFolder& tFolder, const std::string& sLine) {
+    if (geteuid() != 0) return RunProgram(tFolder.Path(), {"sh", "-c", sLine});
+    const Outcome t = RunProgram(tFolder.Path(), {"chmod", "-R", "777", "."});
+    return RunProgram(tFolder.Path(), {"setpriv", "--reuid=65534", "--regid=65534",
+                                       "--clear-groups", "sh", "-c", sLine});
 }
 
 }  // namespace
@@ -87,7 +84,8 @@ TEST(Fault, WhatStandsInTheWayEndsTheRunOrIsNamed) {
     };
     for (const auto& t : aRows) {
         const TempFolder tFolder;
-        const Outcome tRun = RunLine(tFolder, t.sConfig, t.sBefore + "\n" + t.sRun);
+        Furnish(tFolder, t.sConfig);
+        const Outcome tRun = RunHeld(tFolder, t.sBefore + "\n" + t.sRun);
         EXPECT_EQ(tRun.nExit, t.nExit) << t.sBefore << " " << t.sConfig << " " << tRun;
         EXPECT_NE((tRun.sOut + tRun.sErr).find(t.sText), std::string::npos) << tRun;
     }
@@ -95,13 +93,13 @@ TEST(Fault, WhatStandsInTheWayEndsTheRunOrIsNamed) {
 
 // A closed stream must not lend its number to a file, where the log would then land.
 TEST(Fault, LostStreamsCostNoFileAndAreTold) {
-    const TempFolder tWhole;
-    ASSERT_EQ(RunLine(tWhole, "MD_DbgEn = 9", "./MD -d a.cfg").nExit, 0);
+    std::string sWhole;
     const struct {
         std::string sRun;
         int nExit;
         std::string sErr;
     } aRows[] = {
+        {"./MD -d a.cfg", 0, ""},
         {"./MD -d a.cfg >&-", 0, sLost},
         {"./MD -d a.cfg >/dev/full", 0, sLost},
         {"./MD -d a.cfg 2>&-", 0, ""},
@@ -113,19 +111,20 @@ TEST(Fault, LostStreamsCostNoFileAndAreTold) {
     };
     for (const auto& t : aRows) {
         const TempFolder tFolder;
-        const Outcome tRun = RunLine(tFolder, "MD_DbgEn = 9", t.sRun);
+        Furnish(tFolder, "MD_DbgEn = 9");
+        const Outcome tRun = RunProgram(tFolder.Path(), {"sh", "-c", t.sRun});
         EXPECT_EQ(tRun.nExit, t.nExit) << t.sRun;
         EXPECT_EQ(tRun.sErr, t.sErr) << t.sRun;
-        if (t.nExit == 0) {
-            EXPECT_TRUE(ReadAll(tFolder / sVideo) == ReadAll(tWhole / sVideo)) << t.sRun;
-        }
+        if (t.nExit != 0) continue;
+        if (sWhole.empty()) sWhole = ReadAll(tFolder / sVideo);
+        EXPECT_TRUE(ReadAll(tFolder / sVideo) == sWhole) << t.sRun;
     }
 }
 
 // The address space grows in small steps from where the loader gives up to where the run succeeds.
 TEST(Fault, EveryStepOfMemoryEndsInAMessageOrARun) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "the sanitizer reserves terabytes";
+#if defined __SANITIZE_ADDRESS__ || defined MD_COVERAGE
+    GTEST_SKIP() << "the sanitizer reserves terabytes, the profile fails by itself";
 #endif
     const TempFolder tFolder;
     WriteAll(tFolder / "in.yuv", std::string(320 * 176 * 3, '\x40'));

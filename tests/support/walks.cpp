@@ -1,6 +1,7 @@
 #include "tests/support/walks.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 
 #include "md/decision/fast_scan.h"
@@ -27,23 +28,16 @@ namespace {
 void PickTaps(const Picker& Pick, int32_t* pTaps) {
     std::fill_n(pTaps, kGradientTaps, 0);
     if (Pick(0, 2) == 0) {  // a difference filter: -q, -p, 0, p, q
-        const int32_t p = Pick(-8, 8);
-        const int32_t nRest = Pick(0, 1) * (p < 0 ? 8 + p : 8 - p);
-        const int32_t q = Pick(-nRest, nRest);
-        const int32_t aTaps[] = {-q, -p, 0, p, q};
-        std::copy_n(aTaps, kGradientTaps, pTaps);
+        pTaps[3] = Pick(-8, 8);
+        const int32_t nRest = 8 - std::abs(pTaps[3]);
+        pTaps[4] = Pick(0, 1) * (pTaps[3] < 0 ? -nRest : nRest);
+        for (const int32_t k : {0, 1}) pTaps[k] = -pTaps[4 - k];
         return;
     }
     for (const int32_t nSign : {1, -1}) {
-        for (int32_t nLeft = Pick(0, 3) == 0 ? Pick(0, 8) : 8; nLeft > 0;) {
+        for (int32_t nLeft = Pick(0, 3) == 0 ? Pick(0, 8) : 8; nLeft > 0; --nLeft) {
             int32_t& nTap = pTaps[Pick(0, kGradientTaps - 1)];
-            if (nTap * nSign < 0) {
-                --nLeft;  // the other sign sits there
-                continue;
-            }
-            const int32_t n = Pick(1, nLeft);
-            nTap += nSign * n;
-            nLeft -= n;
+            if (nTap * nSign >= 0) nTap += nSign;  // else the other sign sits there
         }
     }
 }
