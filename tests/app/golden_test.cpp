@@ -255,7 +255,8 @@ TEST(GoldenComparison, MissesAChangedByte) {
         {"hogmd_golden.txt", "x:003,y:001\nnAvgY=", "hogmd_golden.txt, Frame_idx=003, line "},
         {"0003_Full.csv", "AvailMask", "0003_Full.csv, , line 1:"},
     };
-    const TwinOutput tTwin = Case{"", 40, 32, {.nFrames = 4, .nSpeed = 3}, "StartFrameIdx=1"}.Twin();
+    const TwinOutput tTwin =
+        Case{"", 40, 32, {.nFrames = 4, .nSpeed = 3}, "StartFrameIdx=1"}.Twin();
     for (const auto& t : aPlanted) {
         TwinOutput tChanged = tTwin;
         std::string& s = t.sFile == "stdout" ? tChanged.sOut : tChanged.aFiles[t.sFile];

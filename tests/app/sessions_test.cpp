@@ -1,0 +1,76 @@
+// Runs of the program as a user types them, with all that they print: tests/sessions/*.txt. A line
+// "# ..." names a fault to find and starts in a new folder, "$ ..." is a shell line, and what
+// follows is its standard output, its standard error behind "! " and its exit status, where it is
+// not 0. With MD_REFRESH in the environment the files are written anew instead of compared.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <sstream>
+
+#include "md/cfg_top/cfg_text.h"
+#include "tests/support/program.h"
+
+namespace {
+
+// Two frames and 100 bytes, which no frame of a later offset equals.
+std::string InputBytes() {
+    std::string s;
+    for (size_t i = 0; i < 2 * 1536 + 100; ++i) s += static_cast<char>(i * i / 64);
+    return s;
+}
+
+// A folder with a copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it;
+// the real tools are in "tools".
+std::unique_ptr<TempFolder> NewFolder() {
+    auto p = std::make_unique<TempFolder>();
+    CopyMd(p->Path());
+    WriteAll(*p / "in.yuv", InputBytes());
+    WriteAll(*p / "a.cfg", BaseConfig(32, 32));
+    fs::create_directory_symlink(cfgDirName(MD_PROGRAM), *p / "tools");
+    return p;
+}
+
+void Add(std::ostream& tOut, const std::string& sText, const char* szMark) {
+    std::string sLine;
+    for (std::istringstream t(sText); std::getline(t, sLine);) tOut << szMark << sLine << "\n";
+    if (!sText.empty() && !sText.ends_with('\n')) tOut << szMark << "(no end of line)\n";
+}
+
+// The transcript of one line. What runs with "a.cfg" print up to the empty line behind their
+// settings is left out.
+std::string Typed(const fs::path& tFolder, const std::string& sCommand) {
+    Outcome t = RunProgram(tFolder, {"sh", "-c", sCommand});
+    const std::string sStart = "Setting Default Parameters...\nParsing Configfile...... a.cfg\n" +
+                               std::string(14, '.') + "\n";
+    const size_t nEnd = t.sOut.find("\n\n");
+    if (t.sOut.starts_with(sStart) && nEnd != std::string::npos) t.sOut.erase(0, nEnd + 2);
+    std::ostringstream tText;
+    Add(tText, t.sOut, "");
+    Add(tText, t.sErr, "! ");
+    if (t.nExit != 0) tText << "[" << t.nExit << "]\n";
+    return tText.str();
+}
+
+class Session : public testing::TestWithParam<const char*> {};
+
+TEST_P(Session, PrintsSomethingElse) {
+    const std::string sPath = std::string(MD_SOURCE_DIR "/tests/sessions/") + GetParam() + ".txt";
+    const std::string sWant = ReadAll(sPath);
+    std::string sGot, sLine;
+    std::unique_ptr<TempFolder> pFolder;
+    for (std::istringstream t(sWant); std::getline(t, sLine);) {
+        if (sLine.starts_with("# ")) pFolder = NewFolder();
+        if (sLine.starts_with("# ") || sLine.starts_with("$ ")) sGot += sLine + "\n";
+        if (sLine.starts_with("$ ")) sGot += Typed(pFolder->Path(), sLine.substr(2));
+    }
+    if (std::getenv("MD_REFRESH") != nullptr) WriteAll(sPath, sGot);
+    EXPECT_EQ(sGot, ReadAll(sPath));
+}
+
+INSTANTIATE_TEST_SUITE_P(Typed, Session,
+                         testing::Values("configuration", "command_line", "refused", "input",
+                                         "outputs", "streams", "tools"),
+                         [](const auto& tInfo) { return std::string(tInfo.param); });
+
+}  // namespace
