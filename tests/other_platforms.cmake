@@ -12,13 +12,10 @@ if(WIN32)
     endforeach()
 endif()
 if(CMAKE_CROSSCOMPILING_EMULATOR)
-    foreach(program MD make_clip)
-        # Tests copy and link it; the program sees the name that it was called by.
-        set(${program}_TO_TEST ${PROJECT_BINARY_DIR}/bin/${program}.emulated)
-        file(WRITE ${${program}_TO_TEST}
-             "#!/bin/sh\nexec ${CMAKE_CROSSCOMPILING_EMULATOR} -0 \"$0\" "
-             "${PROJECT_BINARY_DIR}/bin/${program} \"$@\"\n")
-        file(CHMOD ${${program}_TO_TEST} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
-             GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-    endforeach()
+    # Tests copy and link it; the program sees the name that it was called by.
+    set(MD_TO_TEST ${PROJECT_BINARY_DIR}/bin/MD.emulated)
+    file(WRITE ${MD_TO_TEST} "#!/bin/sh\nexec ${CMAKE_CROSSCOMPILING_EMULATOR} -0 \"$0\" "
+                             "${PROJECT_BINARY_DIR}/bin/MD \"$@\"\n")
+    file(CHMOD ${MD_TO_TEST} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+         GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 endif()

@@ -20,14 +20,15 @@ std::string InputBytes() {
     return s;
 }
 
-// A folder with a copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it;
-// the real tools are in "tools".
+// A folder with a copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it.
+// The real tools are in "tools", the tree of sources is "source".
 std::unique_ptr<TempFolder> NewFolder() {
     auto p = std::make_unique<TempFolder>();
     CopyMd(p->Path());
     WriteAll(*p / "in.yuv", InputBytes());
     WriteAll(*p / "a.cfg", BaseConfig(32, 32));
     fs::create_directory_symlink(cfgDirName(MD_PROGRAM), *p / "tools");
+    fs::create_directory_symlink(MD_SOURCE_DIR, *p / "source");
     return p;
 }
 
@@ -40,7 +41,7 @@ void Add(std::ostream& tOut, const std::string& sText, const char* szMark) {
 // The transcript of one line. What runs with "a.cfg" print up to the empty line behind their
 // settings is left out.
 std::string Typed(const fs::path& tFolder, const std::string& sCommand) {
-    Outcome t = RunProgram(tFolder, {"sh", "-c", sCommand});
+    Outcome t = RunProgram(tFolder, {"env", "LC_ALL=C", "sh", "-c", sCommand});
     const std::string sStart = "Setting Default Parameters...\nParsing Configfile...... a.cfg\n" +
                                std::string(14, '.') + "\n";
     const size_t nEnd = t.sOut.find("\n\n");
@@ -69,8 +70,8 @@ TEST_P(Session, PrintsSomethingElse) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Typed, Session,
-                         testing::Values("configuration", "command_line", "refused", "input",
-                                         "outputs", "streams", "tools"),
+                         testing::Values("configuration", "command_line", "default_cfg", "refused",
+                                         "input", "outputs", "streams", "tools"),
                          [](const auto& tInfo) { return std::string(tInfo.param); });
 
 }  // namespace

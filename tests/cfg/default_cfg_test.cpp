@@ -1,16 +1,16 @@
-// The shipped settings: complete, truthful about ranges, and fit for the demo clip.
+// The table of settings and the shipped file that tells them: each key once with its range, each
+// member once with a key.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "md/cfg_top/input_map.h"
+#include "md/run_state.h"
 #include "tests/support/program.h"
 
 namespace {
-
-const std::string kDefaultCfg = MD_SOURCE_DIR "/cfg/default.cfg";
 
 // What the file says behind a value, from the input map's row.
 std::string RangeText(const InputMapEntry& tRow) {
@@ -23,10 +23,16 @@ std::string RangeText(const InputMapEntry& tRow) {
     return t.str();
 }
 
+template <typename Record>
+bool Within(const void* p, const Record& tRecord) {
+    const auto* pStart = reinterpret_cast<const char*>(&tRecord);
+    return p >= pStart && p < pStart + sizeof tRecord;
+}
+
 }  // namespace
 
 TEST(DefaultCfg, KeyMissingOrTwiceOrRangeStale) {
-    std::istringstream tText(ReadAll(kDefaultCfg));
+    std::istringstream tText(ReadAll(MD_SOURCE_DIR "/cfg/default.cfg"));
     std::map<std::string, std::string> aRanges;  // by key
     for (std::string sLine; std::getline(tText, sLine);) {
         if (sLine.empty() || sLine[0] == '#') continue;
@@ -37,48 +43,28 @@ TEST(DefaultCfg, KeyMissingOrTwiceOrRangeStale) {
     }
     EXPECT_EQ(aRanges.size(), size_t{kKeyCount});
     for (int i = 0; i < kKeyCount; ++i) {
-        EXPECT_EQ(aRanges[aInputMap[i].TokenName], RangeText(aInputMap[i]))
-            << aInputMap[i].TokenName;
+        const InputMapEntry& t = aInputMap[i];
+        EXPECT_EQ(aRanges[t.TokenName], RangeText(t)) << t.TokenName;
+        EXPECT_TRUE(t.LimitKind == kLimitNone || t.Default >= t.MinLimit) << t.TokenName;
+        EXPECT_TRUE(t.LimitKind != kLimitBoth || t.Default <= t.MaxLimit) << t.TokenName;
     }
+    EXPECT_STREQ(aInputMap[kKeyCount].TokenName, "END");
 }
 
-TEST(DefaultCfg, BoxLosesTheDemoWalker) {
-    constexpr int kFrames = 120;
-    const TempFolder tFolder;
-    fs::create_directories(tFolder / "cfg");
-    fs::create_directories(tFolder / "demo");
-    fs::copy_file(kDefaultCfg, tFolder / "cfg/default.cfg");
-    ASSERT_EQ(RunProgram(tFolder.Path(),
-                         {MD_MAKE_CLIP, "320", "180", std::to_string(kFrames), "clip.yuv"})
-                  .nExit,
-              0);
-    const Outcome tEncode = RunProgram(
-        tFolder.Path(), {"ffmpeg", "-v", "error", "-f", "rawvideo", "-pix_fmt", "yuv420p", "-s",
-                         "320x180", "-i", "clip.yuv", "-c:v", "libx264", "demo/walker.mp4"});
-    ASSERT_EQ(tEncode.nExit, 0) << tEncode.sErr;
-
-    for (const char* szMethod : {"0", "1"}) {
-        const Outcome t =
-            RunMd(tFolder.Path(), {"-d", "cfg/default.cfg", "-p", "EnableBatch=1", "-p",
-                                   std::string("MD_PostProcMethod=") + szMethod});
-        ASSERT_EQ(t.nExit, 0) << t.sOut << t.sErr;
-        std::istringstream tLines(t.sOut);
-        int nFrame = 0;
-        int nOnWalker = 0;
-        for (std::string sLine; std::getline(tLines, sLine);) {
-            int l = 0, r = 0, nTop = 0, nBottom = 0;
-            if (std::sscanf(sLine.c_str(), "PP_V2: l,r,t,b = %d,%d,%d,%d", &l, &r, &nTop,
-                            &nBottom) != 4) {
-                continue;
-            }
-            // The walker's middle goes from a tenth of the width to nine tenths; its body lies
-            // within 16 pixels of it and its height in rows 72 to 153.
-            const int nMiddle = 32 + 256 * nFrame++ / kFrames;
-            const bool bAcross = l > nMiddle - 40 && l < nMiddle && r > nMiddle - 16;
-            const bool bDown = nTop >= 48 && nBottom > 100 && nBottom <= 160;
-            if (bAcross && bDown && r < nMiddle + 40) ++nOnWalker;
-        }
-        EXPECT_EQ(nFrame, kFrames);
-        EXPECT_GE(nOnWalker, kFrames * 9 / 10) << "method " << szMethod;
+TEST(InputMap, EveryMemberWithAKeyIsReachedOnce) {
+    std::set<const char*> aBytes;
+    size_t nBytes = 0, nSection = 0;
+    for (int i = 0; i < kKeyCount; ++i) {
+        const InputMapEntry& t = aInputMap[i];
+        const size_t aSizes[] = {sizeof(int32_t), kPathSize, sizeof(double)};
+        const size_t nSize = aSizes[t.Type];
+        const bool bTaps = std::string(t.TokenName).starts_with("MD_HogGrad");
+        EXPECT_TRUE(bTaps ? Within(t.Place, tGradientTexts) : Within(t.Place, tSimParams));
+        for (size_t k = 0; k < nSize; ++k) aBytes.insert(static_cast<const char*>(t.Place) + k);
+        nBytes += nSize;
+        nSection += Within(t.Place, tSimParams.tMd) ? nSize : 0;
     }
+    EXPECT_EQ(aBytes.size(), nBytes) << "two keys share a byte";
+    // No key: ten taps, the magnitude bound, two run-time indexes; the rest is padding.
+    EXPECT_LT(sizeof(MdParams) - nSection - 13 * sizeof(int32_t), 4 * alignof(double));
 }

@@ -61,18 +61,8 @@ Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions)
     return RunProgram(tFolder, aArguments);
 }
 
-Outcome RunText(const fs::path& tFolder, const std::string& sConfig, const std::string& sProgram) {
-    WriteAll(tFolder / "a.cfg", sConfig);
-    return RunProgram(tFolder, {sProgram, "-d", "a.cfg"});
-}
-
 void CopyMd(const fs::path& tFolder) {
     fs::copy_file(MD_PROGRAM, tFolder / "MD");
-}
-
-void WriteScript(const fs::path& tPath, const std::string& sLines) {
-    WriteAll(tPath, "#!/bin/sh\n" + sLines);
-    fs::permissions(tPath, fs::perms::owner_all);
 }
 
 std::ostream& operator<<(std::ostream& tOut, const Outcome& t) {

@@ -36,19 +36,12 @@ Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArg
 // Runs the MD that was built with the tests. `aOptions` are the arguments behind its name.
 Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions);
 
-// Writes the text as "a.cfg" and runs MD (or the program named) with it as default file.
-Outcome RunText(const fs::path& tFolder, const std::string& sConfig,
-                const std::string& sProgram = MD_PROGRAM);
-
 // Settings under which a small raw clip "in.yuv" of W x H runs into the folder "out"; later
 // assignments win, so a test appends its own.
 std::string BaseConfig(int nWidth, int nHeight);
 
 // Puts a copy of that MD into tFolder, without its tools; "./MD" runs it there.
 void CopyMd(const fs::path& tFolder);
-
-// Writes a shell script that can be run.
-void WriteScript(const fs::path& tPath, const std::string& sLines);
 
 // One line for a table's failure message: status and both streams.
 std::ostream& operator<<(std::ostream& tOut, const Outcome& t);

@@ -53,9 +53,9 @@ TEST(Tokeniser, StopsAtTheLengthItIsGiven) {
 
 TEST(CfgDirName, CutsAtTheLastSeparatorOfEitherKind) {
     const std::pair<const char*, const char*> aRows[] = {
-        {"", "."},        {"x", "x"},    {"/", "/"},         {"\\", "\\"},  {"ab", "."},
-        {"ab/", "."},     {"/a", "/"},   {"\\a", "\\"},      {"/a/", "/"},  {"//", "/"},
-        {"a/b", "a"},     {"a\\b", "a"}, {"a/b\\c", "a/b"},  {"a/b/", "a"}, {"a//b", "a/"},
-        {"/a/b.c", "/a"}, {"./a", "."},  {"../a/b", "../a"}, {"a//", "a"}};
+        {"", "."},        {"x", "x"},    {"/", "/"},        {"\\", "\\"},       {"ab", "."},
+        {"ab/", "."},     {"/a", "/"},   {"\\a", "\\"},     {"/a/", "/"},       {"//", "/"},
+        {"a/b", "a"},     {"a\\b", "a"}, {"a/b\\c", "a/b"}, {"a/b/", "a"},      {"a//b", "a/"},
+        {"/a/b.c", "/a"}, {"a\\", "."},  {"./a", "."},      {"../a/b", "../a"}, {"a//", "a"}};
     for (const auto& [szPath, szDir] : aRows) EXPECT_EQ(cfgDirName(szPath), szDir) << szPath;
 }

@@ -8,19 +8,6 @@
 
 #include "md/run_state.h"
 
-TEST(ChipLimits, DeprecatedKeySwitchesItsCheckOffAndFourteenPasses) {
-    for (const int32_t nKey : {0, 1}) {
-        tSimParams = SimParams{};
-        MdParams& md = tSimParams.tMd;
-        md.nMD_HogMethod = 1;
-        md.nMD_RefFrmIdx = 14;
-        md.nMD_HogDistAvailCheck = 3;
-        md.nMD_HogWithoutBlkDiffCheck = nKey;
-        MdCheckChipLimits();
-        EXPECT_EQ(md.nMD_HogDistAvailCheck, nKey == 1 ? 0 : 3);
-    }
-}
-
 TEST(CompletePath, JoinsOnlyWhatIsRelative) {
     const std::string sFits(kPathSize - 1 - 4, 'x');
     const std::vector<std::string> aPaths[] = {

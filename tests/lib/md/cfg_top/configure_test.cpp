@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "md/cfg_top/input_map.h"
 #include "md/run_state.h"
-#include "tests/support/program.h"
 
 namespace {
 
@@ -66,30 +64,5 @@ TEST(CommaList, FieldsReadAsDecimalAndTheRestIsFilled) {
         std::vector<int32_t> aGot(5);
         cfgParseMultiParam(szText, aGot.data(), 5, 9);
         EXPECT_EQ(aGot, aValues) << szText;
-    }
-}
-
-TEST(CommandLine, LaterSettingsWinAndOnlyTheLastIsHeldToItsRange) {
-    const TempFolder tFolder;
-    const std::string sDefault = tFolder / "sub/a.cfg";
-    const std::string sFile = tFolder / "b.cfg";
-    fs::create_directory(tFolder / "sub");
-    WriteAll(sDefault, "InputWidth = 1 InputHeight = 20000 MD_HogGradX = ,,bad");
-    WriteAll(sFile, "InputWidth = 2 MD_HogGradX = 1,2");
-    const std::pair<std::vector<std::string>, std::vector<int32_t>> aRows[] = {
-        {{"-f", sFile, "-p", "InputWidth=3"}, {3, 1, 2}},
-        {{"-p", "InputWidth=3", "-f", sFile}, {2, 1, 2}},
-        {{"-p", "InputWidth=3", "-p", "InputWidth=4", "-p", "MD_HogGradX=7"}, {4, 7, 0}}};
-    for (const auto& [aOptions, aExpected] : aRows) {
-        std::vector<std::string> aAll = {"MD", "-d", sDefault, "-p", "InputHeight=9"};
-        aAll.insert(aAll.end(), aOptions.begin(), aOptions.end());
-        std::vector<char*> argv;
-        for (std::string& s : aAll) argv.push_back(s.data());
-        CfgArguments tArguments{static_cast<int32_t>(argv.size()), argv.data()};
-        CfgResult tResult{};
-        cfgConfigure(&tArguments, &tResult);
-        const int32_t* pTaps = tSimParams.tMd.nMD_HogGradX;
-        EXPECT_EQ((std::vector{tSimParams.nInputWidth, pTaps[0], pTaps[1]}), aExpected);
-        EXPECT_EQ(tResult.szCfgDir, (tFolder / "sub").string()) << "never that of a -f file";
     }
 }

@@ -56,9 +56,9 @@ TEST(TextOut, NothingLostWhereTheBufferFills) {
     const TempFolder tFolder;
     const std::string sPath = tFolder / "text";
     for (size_t nFilled = kTextBuffer - 70; nFilled <= kTextBuffer + 1; ++nFilled) {
+        std::string sWant(nFilled, 'x');
         TextOpen(&tOut, sPath.c_str(), "%s");
         for (size_t i = 0; i < nFilled; ++i) TextPrint<"x">(&tOut);
-        std::string sWant(nFilled, 'x');
         PrintAll(&sWant, INT_MIN);
         TextClose(&tOut);
         ASSERT_TRUE(ReadAll(sPath) == sWant) << nFilled;
