@@ -101,7 +101,7 @@ struct Case {
         }
         return s;
     }
-    TwinOutput Twin() const { return RunTwin(SettingsOf(Config()), Bytes()); }
+    Files Twin() const { return RunTwin(SettingsOf(Config()), Bytes()); }
 };
 
 // What a failing case is told by.
@@ -109,20 +109,19 @@ void PrintTo(const Case& t, std::ostream* pOut) {
     *pOut << t.sName;
 }
 
-TwinOutput Program(const Case& tCase) {
+Files Program(const Case& tCase) {
     const TempFolder tFolder;
     WriteAll(tFolder / "in.yuv", tCase.Bytes());
     WriteAll(tFolder / "a.cfg", tCase.Config());
-    const Outcome tOutcome = RunMd(tFolder.Path(), {"-d", "a.cfg"});
-    EXPECT_EQ(tOutcome.nExit, 0) << tOutcome.sErr;
-    TwinOutput t;
-    const size_t nFirst =
-        std::min(tOutcome.sOut.find("*****frame"), tOutcome.sOut.find("read frame"));
-    t.sOut = nFirst == std::string::npos ? tOutcome.sOut : tOutcome.sOut.substr(nFirst);
+    const Outcome t = RunMd(tFolder.Path(), {"-d", "a.cfg"});
+    EXPECT_EQ(t.nExit, 0) << t;
+    Files aFiles;
+    const size_t nFirst = std::min(t.sOut.find("*****frame"), t.sOut.find("read frame"));
+    aFiles["stdout"] = nFirst == std::string::npos ? t.sOut : t.sOut.substr(nFirst);
     for (const auto& tEntry : fs::directory_iterator(tFolder / "out/HOG_feature")) {
-        t.aFiles[tEntry.path().filename()] = ReadAll(tEntry.path());
+        aFiles[tEntry.path().filename()] = ReadAll(tEntry.path());
     }
-    return t;
+    return aFiles;
 }
 
 // Empty when both texts are equal, else the file, the frame and the first line that differs.
@@ -143,18 +142,16 @@ std::string TextDifference(const std::string& sName, const std::string& sWant,
     }
 }
 
-std::string Difference(const TwinOutput& tWant, const TwinOutput& tGot) {
-    std::string s = TextDifference("stdout", tWant.sOut, tGot.sOut);
-    for (const auto& [sName, sText] : tWant.aFiles) {
-        const auto tFound = tGot.aFiles.find(sName);
+std::string Difference(const Files& aWant, const Files& aGot) {
+    for (const auto& [sName, sText] : aWant) {
+        if (!aGot.contains(sName)) return sName + ": not written by the program";
+        const std::string s = TextDifference(sName, sText, aGot.at(sName));
         if (!s.empty()) return s;
-        if (tFound == tGot.aFiles.end()) return sName + ": not written by the program";
-        s = TextDifference(sName, sText, tFound->second);
     }
-    for (const auto& [sName, sText] : tGot.aFiles) {
-        if (s.empty() && !tWant.aFiles.contains(sName)) s = sName + ": not expected by the twin";
+    for (const auto& [sName, sText] : aGot) {
+        if (!aWant.contains(sName)) return sName + ": not expected by the twin";
     }
-    return s;
+    return "";
 }
 
 const std::vector<Case> aCases = {
@@ -261,18 +258,17 @@ TEST(GoldenComparison, MissesAChangedByte) {
         {"hogmd_golden.txt", "x:003,y:001\nnAvgY=", "hogmd_golden.txt, Frame_idx=003, line "},
         {"0003_Full.csv", "AvailMask", "0003_Full.csv, , line 1:"},
     };
-    const TwinOutput tTwin =
-        Case{"", 40, 32, {.nFrames = 4, .nSpeed = 3}, "StartFrameIdx=1"}.Twin();
+    const Files aTwin = Case{"", 40, 32, {.nFrames = 4, .nSpeed = 3}, "StartFrameIdx=1"}.Twin();
     for (const auto& t : aPlanted) {
-        TwinOutput tChanged = tTwin;
-        std::string& s = t.sFile == "stdout" ? tChanged.sOut : tChanged.aFiles[t.sFile];
+        Files aChanged = aTwin;
+        std::string& s = aChanged[t.sFile];
         s[s.rfind(t.sAt) + t.sAt.size()] ^= 1;
-        EXPECT_TRUE(Difference(tTwin, tChanged).starts_with(t.sReport)) << t.sFile;
+        EXPECT_TRUE(Difference(aTwin, aChanged).starts_with(t.sReport)) << t.sFile;
     }
-    TwinOutput tMore = tTwin;
-    tMore.aFiles["more.txt"];
-    EXPECT_EQ(Difference(tMore, tTwin), "more.txt: not written by the program");
-    EXPECT_EQ(Difference(tTwin, tMore), "more.txt: not expected by the twin");
+    Files aMore = aTwin;
+    aMore["more.txt"];
+    EXPECT_EQ(Difference(aMore, aTwin), "more.txt: not written by the program");
+    EXPECT_EQ(Difference(aTwin, aMore), "more.txt: not expected by the twin");
 }
 
 // Valid settings and a small clip out of one seed.

@@ -9,23 +9,17 @@
 #include <sstream>
 
 #include "md/cfg_top/cfg_text.h"
+#include "tests/support/clip.h"
 #include "tests/support/program.h"
 
 namespace {
-
-// Two frames and 100 bytes, which no frame of a later offset equals.
-std::string InputBytes() {
-    std::string s;
-    for (size_t i = 0; i < 2 * 1536 + 100; ++i) s += static_cast<char>(i * i / 64);
-    return s;
-}
 
 // A folder with a copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it.
 // The real tools are in "tools", the tree of sources is "source".
 std::unique_ptr<TempFolder> NewFolder() {
     auto p = std::make_unique<TempFolder>();
     CopyMd(p->Path());
-    WriteAll(*p / "in.yuv", InputBytes());
+    WriteAll(*p / "in.yuv", ClipBytes({.nFrames = 2, .nSpeed = 7, .nTail = 100}, 32, 32));
     WriteAll(*p / "a.cfg", BaseConfig(32, 32));
     fs::create_directory_symlink(cfgDirName(MD_PROGRAM), *p / "tools");
     fs::create_directory_symlink(MD_SOURCE_DIR, *p / "source");

@@ -9,12 +9,10 @@
 
 #include "md/sim_params.h"
 
-struct TwinOutput {
-    std::string sOut;                           // standard output from the first frame to the end
-    std::map<std::string, std::string> aFiles;  // files of the HOG_feature folder by name
-};
+using Files = std::map<std::string, std::string>;  // by name
 
 // One run. The working size is nMD_ScaledW by nMD_ScaledH, the block size 16; `sClip` holds the
 // bytes of the raw 4:2:0 file. Settings must be ones that the program accepts. Only the dumps of
-// kDbgFeatures, kDbgDistances and kDbgObjects and the lines of kDbgDetail are derived.
-TwinOutput RunTwin(const SimParams& tParams, const std::string& sClip);
+// kDbgFeatures, kDbgDistances and kDbgObjects and the lines of kDbgDetail are derived. Returns the
+// files of the HOG_feature folder and, as "stdout", standard output from the first frame on.
+Files RunTwin(const SimParams& tParams, const std::string& sClip);

@@ -190,10 +190,10 @@ void Decide(TwinState& t, int i, int nYDiffThre) {
     TwinHistory& h = t.aHistory[size_t(i)];
     const bool bDetail = (p.nDbgEn & kDbgDetail) != 0, bCorrelate = p.nMD_NeighborCorrelation != 0;
     if (bDetail) {
-        Put(t.tOut.sOut, "BlockHogDistance_NormalHog:   nMD_HogNormalizeMode=%d, iCurBlkVar=1, ",
+        Put(t.sOut, "BlockHogDistance_NormalHog:   nMD_HogNormalizeMode=%d, iCurBlkVar=1, ",
             p.nMD_HogNormalizeMode);
-        Put(t.tOut.sOut, "iRefBlkVar=1, iCurBlkY=%d, iRefBlkY=%d, nYDiffThre=%d\n", c.nAvgY,
-            r.nAvgY, nYDiffThre);
+        Put(t.sOut, "iRefBlkVar=1, iCurBlkY=%d, iRefBlkY=%d, nYDiffThre=%d\n", c.nAvgY, r.nAvgY,
+            nYDiffThre);
     }
     const bool bStill = p.nMD_HogDistAvailCheck == 1 && std::abs(c.nAvgY - r.nAvgY) <= nYDiffThre;
     const bool bNotAvail = t.nFrame == 0 || bStill;
@@ -220,8 +220,8 @@ void Decide(TwinState& t, int i, int nYDiffThre) {
     t.aDist[size_t(i)] = D;
     t.aAvail[size_t(i)] = !bCorrelate || Correlate(t, h, a, nYDiffThre, D);
     if (!bDetail) return;
-    Put(t.tOut.sOut, "  iAccuDist=%d, DistWeight2=%d, iHOGDist=%d.\n", nAccu, nWeight, D);
-    t.tOut.sOut += "  Histogram of cur blk: \n  Histogram of ref blk: \n";
+    Put(t.sOut, "  iAccuDist=%d, DistWeight2=%d, iHOGDist=%d.\n", nAccu, nWeight, D);
+    t.sOut += "  Histogram of cur blk: \n  Histogram of ref blk: \n";
 }
 
 // Scaled mean of the luma differences of the first n blocks.
@@ -244,7 +244,7 @@ void TwinScan(TwinState& t) {
         if (nMethod == 0 && bNewRow) nThre = MeanThreshold(t, i + t.nCols);
         if (nMethod == 1) nThre = MeanThreshold(t, i + 1);
         if (nMethod == 0 && i == t.nBlks - t.nCols) {
-            Put(t.tOut.sOut, "blockLine=%d, nYDiffThreLine = %d\n", t.nRows - 1, nThre);
+            Put(t.sOut, "blockLine=%d, nYDiffThreLine = %d\n", t.nRows - 1, nThre);
         }
         Decide(t, i, nThre);
     }

@@ -262,11 +262,11 @@ Slab Bisect(const TwinState& t, int lo, int hi, bool bAlongX) {
 bool Keeps(TwinState& t, const Slab& tSlab, bool bAlongX) {
     const int nArea = tSlab.nArea & 0xFFFF, nDim = tSlab.nDim;
     if (nDim < 2) {
-        Put(t.tOut.sOut, "LOG: Dimension desense! %d\n", nDim);
+        Put(t.sOut, "LOG: Dimension desense! %d\n", nDim);
         return false;
     }
     if (nArea >= nDim * (bAlongX ? 2 : 1)) return true;
-    Put(t.tOut.sOut, "LOG: Area desense! Area:%d, Dim:%d\n", nArea, nDim);
+    Put(t.sOut, "LOG: Area desense! Area:%d, Dim:%d\n", nArea, nDim);
     return false;
 }
 
@@ -279,8 +279,8 @@ void Bisection(TwinState& t) {
     t.tBox.xDim = tX.nDim;
     t.tBox.yDim = tY.nDim;
     SetBoxAround(t, 0);
-    Put(t.tOut.sOut, "obj RECT[l,r, t, b]: (1-0: %d,%d,%d,%d)\n", t.tBox.left, t.tBox.right,
-        t.tBox.top, t.tBox.bottom);
+    Put(t.sOut, "obj RECT[l,r, t, b]: (1-0: %d,%d,%d,%d)\n", t.tBox.left, t.tBox.right, t.tBox.top,
+        t.tBox.bottom);
 }
 
 void GateGrow(TwinState& t) {
@@ -311,10 +311,10 @@ bool GateOpens(TwinState& t) {
     t.nGateAreaSum = t.nGateAspectSum = 0;
     for (const int n : aArea) t.nGateAreaSum += n;
     for (const int n : aAspect) t.nGateAspectSum += n;
-    Put(t.tOut.sOut, "bbox_area[0]=%d  bbox_area[1]=%d  bbox_area[2]=%d  sum=%d\n", aArea[0],
-        aArea[1], aArea[2], t.nGateAreaSum);
-    Put(t.tOut.sOut, "bbox_aspect[0]=%d  bbox_aspect[1]=%d  bbox_aspect[2]=%d  sum=%d\n",
-        aAspect[0], aAspect[1], aAspect[2], t.nGateAspectSum);
+    Put(t.sOut, "bbox_area[0]=%d  bbox_area[1]=%d  bbox_area[2]=%d  sum=%d\n", aArea[0], aArea[1],
+        aArea[2], t.nGateAreaSum);
+    Put(t.sOut, "bbox_aspect[0]=%d  bbox_aspect[1]=%d  bbox_aspect[2]=%d  sum=%d\n", aAspect[0],
+        aAspect[1], aAspect[2], t.nGateAspectSum);
     const bool bRun = t.nGateRun >= w && t.nGateAreaSum >= 2 * w;
     const bool bArea = nPrevArea * t.p.dMD_PP_Area_Converge_Thresh >= t.nGateAreaSum;
     const bool bAspect = nPrevAspect * t.p.dMD_PP_Aspect_Converge_Thresh >= t.nGateAspectSum;
@@ -327,7 +327,7 @@ void Gate(TwinState& t) {
     } else if (GateOpens(t)) {
         t.bLatch = 1;
         GateGrow(t);
-        t.tOut.sOut += "bbox triggered\n";
+        t.sOut += "bbox triggered\n";
     } else {
         t.nObj = 0;
         t.tBox = TwinBox{.bValid = t.tBox.bValid};
@@ -344,8 +344,8 @@ void TwinBoxes(TwinState& t) {
     t.bMotion = t.nObj = 0;
     t.tBox = TwinBox{};
     aMethods[t.p.nMD_PostProcMethod](t);
-    Put(t.tOut.sOut, "MotionDetected=%d, objNum=%d, (%d, %d, %d, %d, %d)\n", t.bMotion, t.nObj,
-        b.bValid, b.left, b.right, b.top, b.bottom);
+    Put(t.sOut, "MotionDetected=%d, objNum=%d, (%d, %d, %d, %d, %d)\n", t.bMotion, t.nObj, b.bValid,
+        b.left, b.right, b.top, b.bottom);
     if (t.p.nMD_Bbox_PP_Enable != 0) Gate(t);
-    Put(t.tOut.sOut, "PP_V2: l,r,t,b = %d,%d,%d,%d\n", b.left, b.right, b.top, b.bottom);
+    Put(t.sOut, "PP_V2: l,r,t,b = %d,%d,%d,%d\n", b.left, b.right, b.top, b.bottom);
 }

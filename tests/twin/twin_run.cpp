@@ -111,7 +111,7 @@ std::string Report(const TwinState& t) {
 }
 
 void Dump(TwinState& t) {
-    auto& aFiles = t.tOut.aFiles;
+    Files& aFiles = t.aFiles;
     std::string sNumber;
     Put(sNumber, "%04d", t.nFrame + t.tSim.nStartFrameIdx + 1);
     if ((t.p.nDbgEn & kDbgFeatures) != 0) {
@@ -143,7 +143,7 @@ void Schedule(TwinState& t) {
     t.nCurSlot = n % (R + 1);
     t.nRefSlot = n < R ? 0 : (n + 1) % (R + 1);
     if ((t.p.nDbgEn & kDbgDetail) == 0) return;
-    std::string& s = t.tOut.sOut;
+    std::string& s = t.sOut;
     if (t.p.nMD_HogRefMode == 0) Put(s, "CurFrmId=%d, RefBufIdx=%d\n", n, t.nRefSlot);
     if (n > 0) Put(s, "Copy Y of frame(%d) to ppPrevYBuffer(%d).\n", n - 1, t.nRefSlot);
     Put(s, "CurFrmId=%d, RefBufIdx=%d\n", n, t.nRefSlot);
@@ -151,7 +151,7 @@ void Schedule(TwinState& t) {
 
 }  // namespace
 
-TwinOutput RunTwin(const SimParams& tParams, const std::string& sClip) {
+Files RunTwin(const SimParams& tParams, const std::string& sClip) {
     TwinState t;
     t.tSim = tParams;
     t.p = tParams.tMd;
@@ -166,24 +166,25 @@ TwinOutput RunTwin(const SimParams& tParams, const std::string& sClip) {
     for (auto& aRow : t.aRefineDist) aRow.resize(nBlocks);
     for (auto* p : {&t.aDist, &t.aAvail, &t.aRefineCnt, &t.aRefineActive}) p->resize(nBlocks);
     t.aHistory.resize(nBlocks);
-    if ((t.p.nDbgEn & kDbgFeatures) != 0) t.tOut.aFiles["hogmd_golden.txt"];
-    if ((t.p.nDbgEn & kDbgDistances) != 0) t.tOut.aFiles["hogmd_dist.txt"];
+    if ((t.p.nDbgEn & kDbgFeatures) != 0) t.aFiles["hogmd_golden.txt"];
+    if ((t.p.nDbgEn & kDbgDistances) != 0) t.aFiles["hogmd_dist.txt"];
     const size_t nBytes = size_t((t.W * t.H * 3) >> 1);
     const int nStart = tParams.nStartFrameIdx, nFrames = tParams.nFramesToBeProcessed;
     for (; nFrames == -1 || t.nFrame < nFrames; ++t.nFrame) {
         const size_t nAt = std::min(nBytes * size_t(t.nFrame + nStart), sClip.size());
         t.sFrame = sClip.substr(nAt, nBytes);
         if (t.sFrame.size() < nBytes) {
-            Put(t.tOut.sOut, "read frame %d error: %d, %d\n", t.nFrame + nStart,
-                int(t.sFrame.size()), int(nBytes));
+            Put(t.sOut, "read frame %d error: %d, %d\n", t.nFrame + nStart, int(t.sFrame.size()),
+                int(nBytes));
             break;
         }
-        Put(t.tOut.sOut, "*****frame %d\n", t.nFrame + nStart);
+        Put(t.sOut, "*****frame %d\n", t.nFrame + nStart);
         Schedule(t);
         TwinScan(t);
         TwinBoxes(t);
         Dump(t);
     }
-    t.tOut.sOut += "finish.\nfinish.\n";
-    return t.tOut;
+    t.sOut += "finish.\nfinish.\n";
+    t.aFiles["stdout"] = t.sOut;
+    return t.aFiles;
 }

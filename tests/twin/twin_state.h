@@ -43,7 +43,8 @@ struct TwinState {
     std::array<int, 10> aGateArea{}, aGateAspect{};
     int nGateAreaSum = 0, nGateAspectSum = 0, nGateRun = 0, nGateFrame = 0, bLatch = 0;
 
-    TwinOutput tOut;
+    std::string sOut;
+    Files aFiles;
     const TwinFeature& Cur(int i) const { return aPool[nCurSlot][size_t(i)]; }
     const TwinFeature& Ref(int i) const { return aPool[nRefSlot][size_t(i)]; }
     int Dist(int i) const { return aDist[size_t(i)]; }
