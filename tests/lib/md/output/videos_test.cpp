@@ -31,7 +31,7 @@ struct Scene {
     std::string Read(const std::string& sName) const { return ReadAll(tFolder / "out" / sName); }
     TempFolder tFolder;
     std::string sClip =
-        ClipBytes({.nFrames = kFrames, .nSize = 21, .nSpeed = 7, .nNoise = 3}, W, H);
+        ClipBytes({.nFrames = kFrames, .nSize = 13, .nSpeed = 5, .nNoise = 3}, W, H);
 };
 
 // All numbers of a text in a row.
@@ -49,7 +49,7 @@ TEST(Videos, FramesAreClipPlusDotsPlusBox) {
     const struct {
         int nStride, nMethod, R, nStart, nTh, nVideos;
     } aRows[] = {{8, 1, 3, 0, 2, 2 | 8 | 16},
-                 {24, 0, 2, 2, 0, 2},
+                 {24, 0, 2, 2, 0, 2 | 8},
                  {8, 0, 1, 1, 60, 16},
                  {16, 1, 0, 0, 10, 8}};
     int aSeen[2][2] = {};  // levels drawn and below the threshold, frames with and without a box
