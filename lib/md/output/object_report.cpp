@@ -41,8 +41,9 @@ void CountLogStart() {
     if (!OutFileOpen(&tLog, logfilePath_HOGCount, "ab")) {
         EndRun(stdout, kExitRefused, "Can't open count log: %s\n", logfilePath_HOGCount);
     }
-    // One short line stays in the buffer: closing writes it and sees whether it fits.
-    (void)std::fprintf(tLog.pFile, "\n\n%s_HOG,th:%d\n", tSimParams.InputFilePath,
-                       tSimParams.tMd.nMD_HogDist_Th);
+    if (std::fprintf(tLog.pFile, "\n\n%s_HOG,th:%d\n", tSimParams.InputFilePath,
+                     tSimParams.tMd.nMD_HogDist_Th) < 0) {
+        tLog.bShort = true;
+    }
     OutFileClose(&tLog);
 }
