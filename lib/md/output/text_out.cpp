@@ -7,7 +7,7 @@ bool bTextPlain = false;
 void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage) {
     pOut->nUsed = 0;
     if (!OutFileOpen(&pOut->tFile, szPath)) EndRun(stdout, kExitRefused, szMessage, szPath);
-    if (bTextPlain) std::setvbuf(pOut->tFile.pFile, nullptr, _IOFBF, BUFSIZ);
+    if (bTextPlain) std::setvbuf(pOut->tFile.pFile, pOut->aBuffer, _IOFBF, kTextBuffer);
 }
 
 void TextFlush(TextOut* pOut) {
