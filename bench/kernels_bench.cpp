@@ -50,6 +50,7 @@ struct Scene {
                 aLuma[f].push_back(
                     static_cast<uint8_t>((bSquare ? 150 : 60 + x / 16) + (nNoise >> 30)));
             }
+            aLuma[f].resize(aLuma[f].size() + kLumaSlack);
         }
     }
     int32_t Blocks() const { return BlockCount(kWidth, md) * BlockCount(kHeight, md); }
@@ -96,7 +97,7 @@ void Fast(benchmark::State& tState, const KernelPath& tPath) {
 void CellRows(benchmark::State& tState, CellRowSumsFn* pCellRowSums) {
     Scene s(static_cast<int32_t>(tState.range(0)));
     CellSetup t{};
-    CellSetupInit(&s.md, s.aGauss, &t);
+    CellSetupInit(&s.md, kWidth, s.aGauss, &t);
     const int32_t nBlocks = BlockCount(kWidth, s.md);
     std::vector<HalfBlock> aTop(static_cast<size_t>(nBlocks)), aBottom(aTop.size());
     for (auto _ : tState) {
@@ -110,7 +111,7 @@ void CellRows(benchmark::State& tState, CellRowSumsFn* pCellRowSums) {
 void BlockRow(benchmark::State& tState, const KernelPath& tPath) {
     Scene s(2);
     CellSetup t{};
-    CellSetupInit(&s.md, s.aGauss, &t);
+    CellSetupInit(&s.md, kWidth, s.aGauss, &t);
     const int32_t nBlocks = BlockCount(kWidth, s.md);
     const auto n = static_cast<size_t>(nBlocks);
     std::vector<HalfBlock> aTop(n), aBottom(n);

@@ -115,8 +115,9 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
                                      aCur.data(), aPool[static_cast<size_t>(nRef)].data(),
                                      aAvail.data(), aDist.data(), apHistory.data());
         } else {
-            FrameBlockScan_Fast(pScan, &md, aFrames[f].data(), nCur, nRef, aAvail.data(),
-                                aDist.data());
+            Plane aLuma = aFrames[f];
+            aLuma.resize(aLuma.size() + kLumaSlack, 255);
+            FrameBlockScan_Fast(pScan, &md, aLuma.data(), nCur, nRef, aAvail.data(), aDist.data());
             FastScanExpand(pScan, nCur, aCur.data());
         }
         const auto nEnd = static_cast<ptrdiff_t>(n);

@@ -259,7 +259,7 @@ FastScan* FastScanCreate(const KernelPath& tKernels, const MdParams* pParams, in
     p->nHeight = nHeight;
     p->nBlkW = BlockCount(nWidth, *pParams);
     p->nBlkH = BlockCount(nHeight, *pParams);
-    CellSetupInit(pParams, pGaussWin, &p->tSetup);
+    CellSetupInit(pParams, nWidth, pGaussWin, &p->tSetup);
     if (AllocateAll(p, pParams->nMD_RefFrmIdx + 1)) return p;
     FastScanRelease(p);
     return nullptr;

@@ -16,16 +16,15 @@ namespace {
 
 constexpr int32_t kChunkCells = 64;
 constexpr int32_t kChunkPixels = 8 * kChunkCells;
-constexpr int32_t kMargin = 32;     // bytes before the first pixel of a row, two of them used
-constexpr int32_t kBorderRows = 2;  // above and below a block
-constexpr int32_t kRows = 8 + 2 * kBorderRows;
+constexpr int32_t kRows = 12;  // of 8 cells high, with two above and two below
 
-// Rows of the chunk; row 2 is the first of the cells.
+// Where the chunk's pixel rows begin in the frame; row 2 is the first of the cells. Rows beyond the
+// frame repeat its edge.
 struct ChunkRows {
-    alignas(32) uint8_t aRow[kRows][kMargin + kChunkPixels + 32];
+    const uint8_t* apRow[kRows];
 };
 
-alignas(32) constexpr uint8_t aZeroRow[sizeof ChunkRows::aRow[0]] = {};
+alignas(32) constexpr uint8_t aZeroRow[kChunkPixels] = {};
 
 // |gy| of row r of the cells: in row r + 2 with the real rows around it; rows 0 and 1 of a top half
 // below its border, in rows 0 and 1; rows 6 and 7 of a bottom half above its border, in 10 and 11.
@@ -35,19 +34,6 @@ struct ChunkGradY {
     int64_t aLuma[kChunkCells][2] = {};  // sum of each cell, and 0
 };
 
-// The chunk's part of one pixel row, with two columns before and behind it. Columns beyond the
-// frame repeat its edge, which padding mode 0 asks for and the other modes never look at.
-MD_INLINE void CopyRow(const uint8_t* pRow, int32_t nWidth, int32_t x0, int32_t nPixels,
-                       uint8_t* pCopy) {
-    const int32_t nBytes = nPixels + kBorderRows;
-    const int32_t nReal = nWidth - x0 < nBytes ? nWidth - x0 : nBytes;
-    uint8_t* p = pCopy + kMargin;
-    p[-2] = pRow[x0 > 0 ? x0 - 2 : 0];
-    p[-1] = pRow[x0 > 0 ? x0 - 1 : 0];
-    std::memcpy(p, pRow + x0, static_cast<size_t>(nReal));
-    for (int32_t i = nReal; i < nBytes; ++i) p[i] = p[nReal - 1];
-}
-
 // |gy| of one pixel row from the five rows around it.
 template <int32_t nPairs>
 MD_INLINE void GradientRowY(const TapPairs& tPairs, const uint8_t* const apRows[5], int32_t nPixels,
@@ -56,8 +42,8 @@ MD_INLINE void GradientRowY(const TapPairs& tPairs, const uint8_t* const apRows[
         I16x16 nLow = {}, nHigh = {};
 #pragma GCC unroll 3
         for (int32_t k = 0; k < nPairs; ++k) {
-            const U8x32 a = Load<U8x32>(apRows[tPairs.aPlace[k][0]] + kMargin + i);
-            const U8x32 b = Load<U8x32>(apRows[tPairs.aPlace[k][1]] + kMargin + i);
+            const U8x32 a = Load<U8x32>(apRows[tPairs.aPlace[k][0]] + i);
+            const U8x32 b = Load<U8x32>(apRows[tPairs.aPlace[k][1]] + i);
             const U8x32 nTaps = (U8x32)(I16x16{} + tPairs.aTaps[k]);
             nLow += BytePairDot(InterleaveLow(a, b), nTaps);
             nHigh += BytePairDot(InterleaveHigh(a, b), nTaps);
@@ -77,9 +63,9 @@ MD_INLINE void GradientsY(const CellSetup& t, const ChunkRows& rows, int32_t nPi
         const int32_t r = n < 2 ? n : n > 9 ? n - 4 : n - 2;
         const uint8_t* apRows[5];
         for (int32_t k = 0; k < 5; ++k) {
-            apRows[k] = rows.aRow[r + k];
-            if (n < 2 && r + k < 2) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.aRow[2];
-            if (n > 9 && r + k > 9) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.aRow[9];
+            apRows[k] = rows.apRow[r + k];
+            if (n < 2 && r + k < 2) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.apRow[2];
+            if (n > 9 && r + k > 9) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.apRow[9];
         }
         GradientRowY<nPairs>(t.tPairsY, apRows, nPixels, pOut->aRow[n]);
     }
@@ -90,21 +76,33 @@ MD_INLINE void LumaOfCells(const ChunkRows& rows, int32_t nPixels, ChunkGradY* p
         I64x4 n = {};
 #pragma GCC unroll 8
         for (int32_t r = 0; r < 8; ++r) {
-            n += SumDifferences(Load<U8x32>(rows.aRow[r + kBorderRows] + kMargin + i), U8x32{});
+            n += SumDifferences(Load<U8x32>(rows.apRow[r + 2] + i), U8x32{});
         }
         for (int32_t c = 0; c < 4; ++c) pOut->aLuma[i / 8 + c][0] = n[c];
     }
 }
 
-// The filter along a row: each pair of taps takes its pixels from the 16 bytes around a cell.
+// The filter along a row: each pair of taps takes its pixels from 16 bytes around a cell.
 template <int32_t nPairs>
 struct FilterX {
     U8x32 aPlaces[nPairs], aTaps[nPairs];
+    ptrdiff_t nStart;  // of the left cell's bytes
 };
 
 template <int32_t nPairs>
+MD_INLINE FilterX<nPairs> FilterAt(const CellSetup& t, bool bFirst, bool bLast) {
+    FilterX<nPairs> tFilter;
+    for (int32_t k = 0; k < nPairs; ++k) {
+        tFilter.aPlaces[k] = Load<U8x32>(t.aPlacesX[bFirst][bLast][k]);
+        tFilter.aTaps[k] = (U8x32)(I16x16{} + t.tPairsX.aTaps[k]);
+    }
+    tFilter.nStart = bFirst ? 0 : -2;
+    return tFilter;
+}
+
+template <int32_t nPairs>
 MD_INLINE I16x16 AbsGradientX(const FilterX<nPairs>& tFilter, const uint8_t* pPixels) {
-    const U8x32 v = LoadLanes(pPixels - 2, pPixels + 6);
+    const U8x32 v = LoadLanes(pPixels + tFilter.nStart, pPixels + 6);
     I16x16 g = {};
 #pragma GCC unroll 3
     for (int32_t k = 0; k < nPairs; ++k) {
@@ -160,7 +158,7 @@ MD_INLINE void BlockHalves(const CellSetup& t, const FilterX<nPairs>& tFilter,
     RoleSums tTop, tBottom;
 #pragma GCC unroll 8
     for (int32_t r = 7; r >= 0; --r) {
-        const I16x16 ax = AbsGradientX(tFilter, rows.aRow[r + kBorderRows] + kMargin + nX);
+        const I16x16 ax = AbsGradientX(tFilter, rows.apRow[r + 2] + nX);
         if (R::bTop) AddRow(r, Magnitude2(ax, &g.aRow[R::Top(r)][nX]), t.aWeight[r], &tTop);
         if (R::bBottom) {
             AddRow(r, Magnitude2(ax, &g.aRow[R::Bottom(r)][nX]), t.aWeight[8 + r], &tBottom);
@@ -171,29 +169,33 @@ MD_INLINE void BlockHalves(const CellSetup& t, const FilterX<nPairs>& tFilter,
     if (R::bBottom) StoreHalf(tBottom, nLuma, pBottom);
 }
 
+// The chunk's blocks: nCount of the row's nBlocks, from nFirst on.
+struct Blocks {
+    int32_t nFirst, nCount, nBlocks;
+};
+
 template <typename R, int32_t nPairs>
 MD_INLINE void ChunkHalves(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
-                           int32_t nBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
-    FilterX<nPairs> tFilter;  // a copy that the stores to the halves cannot touch
-    for (int32_t k = 0; k < nPairs; ++k) {
-        tFilter.aPlaces[k] = Load<U8x32>(t.aPlacesX[k]);
-        tFilter.aTaps[k] = (U8x32)(I16x16{} + t.tPairsX.aTaps[k]);
-    }
-    for (int32_t b = 0; b < nBlocks; ++b) {
-        BlockHalves<R>(t, tFilter, rows, g, 8 * t.nStrideCells * b, pTop + b, pBottom + b);
+                           const Blocks& tBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
+    const int32_t nLast = tBlocks.nBlocks - 1;
+    FilterX<nPairs> tFilter = FilterAt<nPairs>(t, tBlocks.nFirst == 0, nLast == 0);
+    for (int32_t i = 0; i < tBlocks.nCount; ++i) {
+        const int32_t b = tBlocks.nFirst + i;
+        if (b == 1 || (b == nLast && b > 0)) tFilter = FilterAt<nPairs>(t, false, b == nLast);
+        BlockHalves<R>(t, tFilter, rows, g, 8 * t.nStrideCells * i, pTop + b, pBottom + b);
     }
 }
 
-// The halves asked for; null pointers stay null.
+// The halves asked for; the other pointer is null.
 template <int32_t nPairs, bool bOwnBorder>
 MD_INLINE void ChunkRoles(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
-                          int32_t nBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
+                          const Blocks& tBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
     if (pTop != nullptr && pBottom != nullptr) {
-        ChunkHalves<Roles<true, true, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pTop, pBottom);
+        ChunkHalves<Roles<true, true, bOwnBorder>, nPairs>(t, rows, g, tBlocks, pTop, pBottom);
     } else if (pTop != nullptr) {
-        ChunkHalves<Roles<true, false, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pTop, pTop);
+        ChunkHalves<Roles<true, false, bOwnBorder>, nPairs>(t, rows, g, tBlocks, pTop, pTop);
     } else {
-        ChunkHalves<Roles<false, true, bOwnBorder>, nPairs>(t, rows, g, nBlocks, pBottom, pBottom);
+        ChunkHalves<Roles<false, true, bOwnBorder>, nPairs>(t, rows, g, tBlocks, pBottom, pBottom);
     }
 }
 
@@ -214,21 +216,19 @@ MD_INLINE void CellRowSums(const CellSetup* pSetup, const uint8_t* pY, int32_t n
     const int32_t nPerChunk = (kChunkCells - 2) / t.nStrideCells + 1;
     for (int32_t nFirst = 0; nFirst < nBlocks; nFirst += nPerChunk) {
         const int32_t nCount = nBlocks - nFirst < nPerChunk ? nBlocks - nFirst : nPerChunk;
-        const int32_t x0 = 8 * t.nStrideCells * nFirst;
         const int32_t nCells = (nCount - 1) * t.nStrideCells + 2;
         const int32_t nPixels = (8 * nCells + 31) / 32 * 32;
         for (int32_t r = 0; r < kRows; ++r) {
-            int32_t y = nY + r - kBorderRows;  // rows beyond the frame repeat its edge
-            y = y < 0 ? 0 : y >= nHeight ? nHeight - 1 : y;
-            CopyRow(pY + static_cast<ptrdiff_t>(y) * nWidth, nWidth, x0, nPixels, tRows.aRow[r]);
+            const int32_t n = nY + r - 2;
+            const int32_t y = n < 0 ? 0 : n >= nHeight ? nHeight - 1 : n;
+            tRows.apRow[r] = pY + static_cast<ptrdiff_t>(y) * nWidth + 8 * t.nStrideCells * nFirst;
         }
         WithPairs(t.tPairsY, [&]<int32_t nPairs>() { GradientsY<nPairs>(t, tRows, nPixels, &g); });
         LumaOfCells(tRows, nPixels, &g);
-        HalfBlock* const pTops = pTop == nullptr ? nullptr : pTop + nFirst;
-        HalfBlock* const pBottoms = pBottom == nullptr ? nullptr : pBottom + nFirst;
+        const Blocks tBlocks{nFirst, nCount, nBlocks};
         WithPairs(t.tPairsX, [&]<int32_t nPairs>() {
-            if (t.nPadding == 0) ChunkRoles<nPairs, false>(t, tRows, g, nCount, pTops, pBottoms);
-            if (t.nPadding != 0) ChunkRoles<nPairs, true>(t, tRows, g, nCount, pTops, pBottoms);
+            if (t.nPadding == 0) ChunkRoles<nPairs, false>(t, tRows, g, tBlocks, pTop, pBottom);
+            if (t.nPadding != 0) ChunkRoles<nPairs, true>(t, tRows, g, tBlocks, pTop, pBottom);
         });
     }
 }

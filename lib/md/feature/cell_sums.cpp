@@ -1,5 +1,6 @@
 #include "md/feature/cell_sums.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -22,25 +23,48 @@ TapPairs PairTaps(const int32_t* pTaps) {
     return t;
 }
 
-// Place of column x, -2 to 9, of a cell. The border lies before a left cell, behind a right one.
-uint8_t PlaceOfColumn(int32_t nPadding, bool bLeftCell, int32_t x) {
-    const bool bBorder = bLeftCell ? x < 0 : x > 7;
-    if (bBorder && nPadding == 1) return 128;
-    if (bBorder && nPadding == 2) x = bLeftCell ? 0 : 7;
-    return static_cast<uint8_t>(x + 2);
+// What lies around a cell along its rows.
+struct Surroundings {
+    int32_t nPadding;
+    bool bLeftCell;  // the border lies before it, else behind it
+    bool bFirst;     // the frame begins with it
+    int32_t nLast;   // the frame's last column, counted from the cell's first
+};
+
+// Place of column x, -2 to 9, of a cell.
+uint8_t PlaceOfColumn(const Surroundings& t, int32_t x) {
+    const bool bBorder = t.bLeftCell ? x < 0 : x > 7;
+    if (bBorder && t.nPadding == 1) return 128;
+    if (bBorder && t.nPadding == 2) x = t.bLeftCell ? 0 : 7;
+    x = std::min(x, t.nLast);
+    return static_cast<uint8_t>(t.bFirst ? std::max(x, 0) : x + 2);
+}
+
+void PlacePairs(const TapPairs& tPairs, const Surroundings& t, int32_t nCell,
+                uint8_t (&aPlaces)[3][32]) {
+    for (int32_t k = 0; k < 3; ++k) {
+        for (int32_t i = 0; i < 16; ++i) {
+            const int32_t x = i / 2 + tPairs.aPlace[k][i % 2] - 2;
+            aPlaces[k][16 * nCell + i] = PlaceOfColumn(t, x);
+        }
+    }
 }
 
 }  // namespace
 
-void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup* pSetup) {
+void CellSetupInit(const MdParams* pParams, int32_t nWidth, const uint8_t* pGaussWin,
+                   CellSetup* pSetup) {
     const MdParams& md = *pParams;
     CellSetup& t = *pSetup;
     t.tPairsX = PairTaps(md.nMD_HogGradX);
     t.tPairsY = PairTaps(md.nMD_HogGradY);
-    for (int32_t k = 0; k < 3; ++k) {
-        for (int32_t i = 0; i < 32; ++i) {
-            const int32_t x = i % 16 / 2 + t.tPairsX.aPlace[k][i % 2] - 2;
-            t.aPlacesX[k][i] = PlaceOfColumn(md.nMD_Padding_Method, i < 16, x);
+    const int32_t nBehind = (nWidth - 16) % md.nMD_HogBlockStride;  // columns behind the last block
+    for (const bool bFirst : {false, true}) {
+        for (const bool bLast : {false, true}) {
+            const int32_t nLast = bLast ? 7 + nBehind : 9;
+            auto& aPlaces = t.aPlacesX[bFirst][bLast];
+            PlacePairs(t.tPairsX, {md.nMD_Padding_Method, true, bFirst, 9}, 0, aPlaces);
+            PlacePairs(t.tPairsX, {md.nMD_Padding_Method, false, false, nLast}, 1, aPlaces);
         }
     }
     for (size_t r = 0; r < 16; ++r) {

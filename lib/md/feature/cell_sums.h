@@ -35,10 +35,12 @@ struct TapPairs {
 // What the kernels read of the settings, brought into lane order once a run.
 struct CellSetup {
     TapPairs tPairsX, tPairsY;
-    // Where the pixels of each pair lie for the eight columns of a cell, counted from two columns
-    // before it: as left cell of a block in bytes 0 to 15, as right one in 16 to 31. Zeros beyond
-    // the border are at place 128.
-    uint8_t aPlacesX[3][32];
+    // Where the pixels of each pair lie for the eight columns of a cell, in the 16 bytes from two
+    // columns before it: as left cell of a block in bytes 0 to 15, as right one in 16 to 31. Zeros
+    // beyond the border are at place 128. The row's first block, [1][], has nothing before its left
+    // cell, whose bytes begin with it; in the last one, [][1], columns beyond the frame repeat its
+    // edge.
+    uint8_t aPlacesX[2][2][3][32];
     uint16_t aWeight[16][16];  // Gaussian weight << 9; 64 << 9 with weighting off
     int32_t nPadding;          // 0 neighbours, 1 zeros, 2 the block's own edge
     int32_t nStrideCells;      // block stride in cells, 1 to 8
@@ -52,7 +54,9 @@ struct CellSetup {
     int32_t nDistShift;     // right shift of the scaled distance, 4 or 12
 };
 
-void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup* pSetup);
+// For frames of nWidth columns.
+void CellSetupInit(const MdParams* pParams, int32_t nWidth, const uint8_t* pGaussWin,
+                   CellSetup* pSetup);
 
 // Sums of one cell in one role: magnitude, x moment and y moment within the cell, luma.
 struct CellSums {
@@ -73,9 +77,12 @@ struct alignas(16) BlockSignature {
 };
 static_assert(sizeof(BlockSignature) == 16);
 
+// So many bytes behind a luma plane are read with it and do not count.
+constexpr int32_t kLumaSlack = 32;
+
 // Sums of the cell row whose first pixel row is `nY`, for all `nBlocks` blocks of a block row: in
 // the top role into pTop, in the bottom role into pBottom, each unless it is null. `pY`: luma
-// plane, row pitch nWidth.
+// plane, row pitch nWidth, readable for kLumaSlack bytes behind its end.
 using CellRowSumsFn = void(const CellSetup* pSetup, const uint8_t* pY, int32_t nWidth,
                            int32_t nHeight, int32_t nY, int32_t nBlocks, HalfBlock* pTop,
                            HalfBlock* pBottom);

@@ -28,7 +28,7 @@ void GatherRegions(const MdPpConfig& cfg, const MdResult& res, const GridTune& t
     const int32_t cellH = cfg.nHeight / tune.nGridRows;
     int32_t nRow = 0;  // of block j; follows j, which only rises, without a division
     int32_t nRowStart = 0;
-    ForEachAvailable(res.pAvailBits, res.nBlkW * res.nBlkH, [&](int32_t j) {
+    ForEachAvailable(res.pAvailBits, 0, res.nBlkW * res.nBlkH, [&](int32_t j) {
         if (res.pDistMap[j] <= tune.nDistTh) return;
         for (; j >= nRowStart + res.nBlkW; nRowStart += res.nBlkW) ++nRow;
         const int32_t x = (j - nRowStart) * cfg.nStride;
@@ -63,12 +63,12 @@ void MergeRegions(const GridTune& tune, RegionTable& regions) {
 // Mean distance of all active blocks inside the region's box, both ends included.
 void ScoreRegion(const MdPpConfig& cfg, const MdResult& res, GridRegion& r) {
     for (int32_t row = r.top / cfg.nStride; row <= r.bottom / cfg.nStride; ++row) {
-        for (int32_t col = r.left / cfg.nStride; col <= r.right / cfg.nStride; ++col) {
-            const int32_t i = row * res.nBlkW + col;
-            const int32_t nDist = BlockAvailable(res.pAvailBits, i) ? res.pDistMap[i] : 0;
-            r.nHitCnt += nDist > 0 ? 1 : 0;
-            r.nDistSum += nDist;
-        }
+        const int32_t nFirst = row * res.nBlkW + r.left / cfg.nStride;
+        const int32_t nEnd = row * res.nBlkW + r.right / cfg.nStride + 1;
+        ForEachAvailable(res.pAvailBits, nFirst, nEnd, [&](int32_t j) {
+            r.nHitCnt += res.pDistMap[j] > 0 ? 1 : 0;
+            r.nDistSum += res.pDistMap[j];
+        });
     }
     r.nAvgDist = r.nDistSum / r.nHitCnt;  // the last block gathered lies in the box
 }

@@ -1,5 +1,6 @@
 #include "md/object/post_proc.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "md/object/bbox_gate.h"
@@ -12,11 +13,11 @@
 
 void MdPackAvailBits() {
     const int32_t n = tMdResult.nBlkW * tMdResult.nBlkH;
-    uint8_t* pBits = tMdResult.pAvailBits;
-    std::memset(pBits, 0, static_cast<size_t>((n + 7) >> 3));
-    for (int32_t i = 0; i < n; ++i) {
-        if (tMdResult.pAvailMap[i] == 0) continue;  // most blocks
-        pBits[i >> 3] = static_cast<uint8_t>(pBits[i >> 3] | tMdResult.pAvailMap[i] << (i & 7));
+    for (int32_t i = 0; i < n; i += 8) {
+        const uint8_t* pAvail = tMdResult.pAvailMap + i;
+        int32_t nBits = 0;
+        for (int32_t k = 0; k < std::min(n - i, 8); ++k) nBits |= pAvail[k] << k;
+        tMdResult.pAvailBits[i >> 3] = static_cast<uint8_t>(nBits);
     }
 }
 

@@ -18,7 +18,7 @@ Gathered GatherBlocks(const MdPpConfig& cfg, const MdResult& res) {
     Gathered g;
     g.minX = static_cast<uint16_t>(cfg.nWidth);
     g.minY = static_cast<uint16_t>(cfg.nHeight);
-    ForEachAvailable(res.pAvailBits, res.nBlkW * res.nBlkH, [&](int32_t j) {
+    ForEachAvailable(res.pAvailBits, 0, res.nBlkW * res.nBlkH, [&](int32_t j) {
         const int32_t v = res.pDistMap[j];
         if (v <= cfg.nHogDistTh) return;
         const int32_t x = (j % res.nBlkW) * cfg.nStride;

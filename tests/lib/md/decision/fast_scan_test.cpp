@@ -97,7 +97,7 @@ TEST(CellSums, LargestSumsFitTheirLanes) {
     md.nMD_MetricMode = 2;
     CellSetup t{};
     const uint8_t aGauss[32 * 32] = {};
-    CellSetupInit(&md, aGauss, &t);
+    CellSetupInit(&md, 32, aGauss, &t);
     const Plane aWhite(32 * 32, 255);
     for (const KernelPath& tPath : FastPaths()) {
         HalfBlock aTop[3], aBottom[3];
