@@ -217,6 +217,10 @@ void BoxProject(const BlkCorParams* pParams, const ActiveBlk* pList, int32_t nAc
     // The box may reach the frame's width and height themselves.
     maxX = std::min(maxX + kBoxExtent, p.nWidth);
     maxY = std::min(maxY + kBoxExtent, p.nHeight);
+    if (maxX - minX <= 0 || maxY - minY <= 0) {
+        ClearObjects(pResult);
+        return;
+    }
     pResult->nObjNum = 1;
     MdObject& tObject = pResult->tObjects[0];
     tObject.bValid = 1;
