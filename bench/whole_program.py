@@ -13,7 +13,7 @@ import sys
 
 MD, MD_O2, WORK = (os.path.abspath(p) for p in sys.argv[1:4])
 ROUNDS = int(sys.argv[4]) if len(sys.argv) > 4 else 5
-SIZES = {(320, 180): 600, (640, 360): 300, (1920, 1080): 100}  # frames of a fast run
+SIZES = {(320, 180): 1500, (640, 360): 300, (1920, 1080): 100}  # frames of a fast run
 OUT_ROOT = os.path.join(WORK, "out")
 OUT = os.path.join(OUT_ROOT, "run")
 

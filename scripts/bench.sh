@@ -13,7 +13,7 @@ done
 video=${1:-}
 work=build/bench/clips
 mkdir -p "$work"
-for spec in 320x180:600 640x360:300 1920x1080:100; do
+for spec in 320x180:1500 640x360:300 1920x1080:100; do
     size=${spec%:*} frames=${spec#*:}
     raw=$work/clip_${size}_P420.yuv
     if [ -n "$video" ]; then

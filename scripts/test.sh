@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the release and the sanitizer build and runs every test in both.
+# Builds the release and the sanitizer build, runs every test in both, and fuzzes for a few seconds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -8,3 +8,4 @@ for preset in release asan; do
     cmake --build --preset "$preset"
     ctest --preset "$preset" -j "$(nproc)"
 done
+scripts/fuzz.sh 4
