@@ -45,6 +45,9 @@ void FrameLoop(FrameReader* pReader) {
         if (nRead < pReader->nFrameBytes) {
             MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx, nRead,
                     pReader->nFrameBytes);
+            if (std::ferror(pReader->pFile) != 0) {
+                std::fprintf(stderr, "[Warning] reading %s failed\n", sim.pScaledInputPath);
+            }
             return;
         }
         MdPrint("*****frame %d\n", n + sim.nStartFrameIdx);

@@ -1,16 +1,26 @@
 #include "md/out_file.h"
 
+#include <filesystem>
+
 #include "md/print.h"
 
-bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode) {
+bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode, char* pBuffer,
+                 std::size_t nBuffer) {
     *pOut = {std::fopen(szPath, szMode), szPath, false};
     if (pOut->pFile == nullptr) return false;
-    std::setvbuf(pOut->pFile, nullptr, _IONBF, 0);
+    std::setvbuf(pOut->pFile, pBuffer, pBuffer != nullptr ? _IOFBF : _IONBF, nBuffer);
     return true;
 }
 
 void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes) {
     if (std::fwrite(pBytes, 1, nBytes, pOut->pFile) != nBytes) pOut->bShort = true;
+}
+
+void RefuseToOverwrite(const char* szPath, const char* szInput) {
+    std::error_code tNone;  // a file that is not there is none
+    if (szInput == nullptr || !std::filesystem::equivalent(szPath, szInput, tNone)) return;
+    EndRun(stdout, kExitRefused, "ERROR: %s is this run's input and would be overwritten\n",
+           szPath);
 }
 
 void OutFileClose(OutFile* pOut) {

@@ -11,11 +11,16 @@ struct OutFile {
     bool bShort = false;           // some write did not arrive whole
 };
 
-// Opens for binary writing, without a buffer: what is written comes in large pieces. `szMode` is
-// "wb" or "ab". False if the file cannot be opened.
-[[nodiscard]] bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode = "wb");
+// Opens for binary writing. `szMode` is "wb" or "ab". What is written comes in large pieces, hence
+// no buffer unless one is given, which must outlive the open file. False if it cannot be opened.
+[[nodiscard]] bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode = "wb",
+                               char* pBuffer = nullptr, std::size_t nBuffer = 0);
 
 void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes);
+
+// Ends the run with status -1 if `szPath` is `szInput` under whatever name: opened to write, it
+// would be empty before it is read. A null input is no file.
+void RefuseToOverwrite(const char* szPath, const char* szInput);
 
 // Closes and resets the record; does nothing if it is closed already.
 void OutFileClose(OutFile* pOut);

@@ -85,17 +85,18 @@ void RequireEvenVideos(const std::string& sFolder) {
 }  // namespace
 
 // In place of RunCommand: writes what the command would, or not.
-extern "C" void __wrap__Z10RunCommandPKc(const char* szCommand) {
+extern "C" int __wrap__Z10RunCommandPKc(const char* szCommand) {
     FuzzedDataProvider& t = *pAnswers;
     const std::string sCommand = szCommand;
     const std::string sFile = sCommand.substr(sCommand.rfind(' ') + 1);
-    if (t.ConsumeIntegralInRange(0, 7) == 7) return;
+    if (t.ConsumeIntegralInRange(0, 7) == 7) return 1;
     std::ofstream tFile(sFile, std::ios::binary);
     if (sCommand.find("ffprobe") != std::string::npos) {
         tFile << (t.ConsumeBool() ? "32\n24\n" : t.ConsumeRandomLengthString(40));
     } else {
         tFile << VideoBytes(static_cast<size_t>(Pick(t, 0, 9000)));
     }
+    return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nData) {

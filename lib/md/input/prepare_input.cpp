@@ -11,6 +11,7 @@
 #include "md/input/name_marks.h"
 #include "md/input/raw_files.h"
 #include "md/platform/platform.h"
+#include "md/platform/run_tool.h"
 #include "md/print.h"
 #include "md/run_state.h"
 
@@ -43,7 +44,7 @@ void PrintAndRun(const char* szFormat, Args... args) {
     char cmd[kCommandSize];
     ComposeCommand(cmd, szFormat, args...);
     MdPrint("INFO: exec: %s\n", cmd);
-    RunCommand(cmd);
+    RunTool(cmd);
 }
 
 void FindTools(const char* szArgv0) {
@@ -95,7 +96,7 @@ void ProbeInputSize() {
                    "-of default=nw=1:nk=1 %s > %sinput_resolution.txt",
                    InFolder(pToolDir).c_str(), CommandWord(sim.InputFilePath).c_str(),
                    InFolder(sim.OutputFilePath).c_str());
-    RunCommand(cmd);
+    RunTool(cmd);
     char szResult[kDerivedPathSize];
     ComposePath(szResult, kExitInput, "%s%cinput_resolution.txt", sim.OutputFilePath, cPathSep);
     std::FILE* pFile = std::fopen(szResult, "r");

@@ -6,8 +6,10 @@ bool bTextPlain = false;
 
 void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage) {
     pOut->nUsed = 0;
-    if (!OutFileOpen(&pOut->tFile, szPath)) EndRun(stdout, kExitRefused, szMessage, szPath);
-    if (bTextPlain) std::setvbuf(pOut->tFile.pFile, pOut->aBuffer, _IOFBF, kTextBuffer);
+    char* const pBuffer = bTextPlain ? pOut->aBuffer : nullptr;  // else TextPrint fills it
+    if (!OutFileOpen(&pOut->tFile, szPath, "wb", pBuffer, kTextBuffer)) {
+        EndRun(stdout, kExitRefused, szMessage, szPath);
+    }
 }
 
 void TextFlush(TextOut* pOut) {

@@ -5,6 +5,7 @@
 #include "md/compose_path.h"
 #include "md/output/object_report.h"
 #include "md/platform/platform.h"
+#include "md/platform/run_tool.h"
 #include "md/run_state.h"
 #include "yuv/yuv_copy.h"
 #include "yuv/yuv_draw.h"
@@ -22,6 +23,8 @@ bool VideoOn(DebugBit nBit) {
 void OpenVideo(OutputVideo* pVideo, const char* szName, const char* szOutputPath, int32_t nWidth) {
     ComposePath(pVideo->szPath, kExitRefused, "%s/%s_%dx%d_P420.yuv", szOutputPath, szName, nWidth,
                 nMdHeight);
+    RefuseToOverwrite(pVideo->szPath, tSimParams.InputFilePath);
+    RefuseToOverwrite(pVideo->szPath, tSimParams.pScaledInputPath);
     if (!OutFileOpen(&pVideo->tFile, pVideo->szPath)) {
         EndRun(stdout, kExitRefused, "open %s file %s error\n", szName, pVideo->szPath);
     }
@@ -109,7 +112,7 @@ void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth)
         return;
     }
     MdPrint("INFO: exec: %s\n", cmd);
-    RunCommand(cmd);
+    RunTool(cmd);
 }
 
 }  // namespace

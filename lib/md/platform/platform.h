@@ -31,10 +31,10 @@ bool PathExists(const char* szPath);
 // Makes one folder level. Whether that worked shows when a file in it is opened.
 void MakeFolder(const char* szPath);
 
-// Runs a command line through the system's command processor and waits for it. Our standard
-// output is flushed first, so that the log keeps its order; the child's standard input is the
-// null device.
-void RunCommand(const char* szCommand);
+// Runs a command line through the system's command processor, waits for it and returns its status.
+// Our standard output is flushed first, so that the log keeps its order; the child's standard input
+// is the null device.
+int RunCommand(const char* szCommand);
 
 // The form in which a path stands for one word in a command line and is never run or expanded:
 // as it is when made of letters, digits and harmless marks only, else quoted.

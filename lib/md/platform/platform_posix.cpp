@@ -1,10 +1,12 @@
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 
 #include "md/platform/platform.h"
@@ -49,9 +51,18 @@ void MakeFolder(const char* szPath) {
     (void)mkdir(szPath, 0777);
 }
 
-void RunCommand(const char* szCommand) {
+// Not by std::system, which ignores the interrupt key meanwhile: a user who stops the tool means
+// the run.
+int RunCommand(const char* szCommand) {
     std::fflush(stdout);
-    (void)!std::system((std::string(szCommand) + " </dev/null").c_str());
+    std::string sLine = std::string(szCommand) + " </dev/null";
+    char szShell[] = "sh", szOption[] = "-c";
+    char* const aArguments[] = {szShell, szOption, sLine.data(), nullptr};
+    pid_t nChild;
+    if (posix_spawn(&nChild, "/bin/sh", nullptr, nullptr, aArguments, environ) != 0) return 127;
+    int nStatus = 0;
+    while (waitpid(nChild, &nStatus, 0) == -1 && errno == EINTR) continue;
+    return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : 128 + WTERMSIG(nStatus);
 }
 
 std::string CommandWord(const char* szPath) {

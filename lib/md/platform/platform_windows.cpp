@@ -37,14 +37,14 @@ void MakeFolder(const char* szPath) {
     (void)_mkdir(szPath);
 }
 
-void RunCommand(const char* szCommand) {
+int RunCommand(const char* szCommand) {
     std::fflush(stdout);
     // The command processor strips one pair of quotes around the whole line; without that pair it
     // would strip those of the first and the last path.
     std::string sLine = "\"";
     sLine += szCommand;
     sLine += " <NUL\"";
-    (void)!std::system(sLine.c_str());
+    return std::system(sLine.c_str());
 }
 
 namespace {
