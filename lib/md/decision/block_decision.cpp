@@ -42,6 +42,34 @@ Distance BlockDistance(const MdParams& md, const BlockFeature& tCur, const Block
     return d;
 }
 
+// A null record is a block outside the grid. Later blocks have not been decided in this frame.
+void CountBlock(const BlockHistory* pBlock, bool bLater, NeighbourCounts* pCounts) {
+    if (pBlock == nullptr) return;
+    const int32_t nActive = (pBlock->nState & kStateActive) != 0 ? 1 : 0;
+    pCounts->nActBlkCnt += nActive;
+    pCounts->nActBlkCntLater += bLater ? nActive : 0;
+    pCounts->nHighActBlkCnt += (pBlock->nState & kStateHighActive) != 0 ? 1 : 0;
+}
+
+void PrintRecords(const MdParams& md, const BlockFeature& tCur, const BlockFeature& tRef,
+                  int32_t nYDiffThre) {
+    MdPrint("BlockHogDistance_NormalHog: ");
+    MdPrint(
+        "  nMD_HogNormalizeMode=%d, iCurBlkVar=%d, iRefBlkVar=%d, iCurBlkY=%d, "
+        "iRefBlkY=%d, nYDiffThre=%d\n",
+        md.nMD_HogNormalizeMode, tCur.histNorm0, tRef.histNorm0, tCur.nAvgY, tRef.nAvgY,
+        nYDiffThre);
+}
+
+void PrintDistance(const Distance& tDistance, int32_t D) {
+    MdPrint("  iAccuDist=%d, DistWeight2=%d, iHOGDist=%d.\n", tDistance.iAccuDist,
+            tDistance.DistWeight2, D);
+    MdPrint("  Histogram of cur blk: ");
+    MdPrint("\n");
+    MdPrint("  Histogram of ref blk: ");
+    MdPrint("\n");
+}
+
 }  // namespace
 
 void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCur,
@@ -56,27 +84,11 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
     const bool bCorrelation = md.nMD_NeighborCorrelation != 0;
 
     NeighbourCounts counts{};
-    const auto Count = [&counts](const BlockHistory* p, bool bLater) {
-        if (p == nullptr) return;
-        const int32_t nActive = (p->nState & kStateActive) != 0 ? 1 : 0;
-        counts.nActBlkCnt += nActive;
-        counts.nActBlkCntLater += bLater ? nActive : 0;
-        counts.nHighActBlkCnt += (p->nState & kStateHighActive) != 0 ? 1 : 0;
-    };
-    for (const BlockHistory* p : {pUp, pLeft, pUpLeft, pUpRight}) Count(p, false);
-    for (const BlockHistory* p :
-         {pDown, pRight, pDownRight, pDownLeft, static_cast<const BlockHistory*>(pCentre)}) {
-        Count(p, true);
-    }
-
-    if (bDetail) {
-        MdPrint("BlockHogDistance_NormalHog: ");
-        MdPrint(
-            "  nMD_HogNormalizeMode=%d, iCurBlkVar=%d, iRefBlkVar=%d, iCurBlkY=%d, "
-            "iRefBlkY=%d, nYDiffThre=%d\n",
-            md.nMD_HogNormalizeMode, pCur->histNorm0, pRef->histNorm0, pCur->nAvgY, pRef->nAvgY,
-            nYDiffThre);
-    }
+    for (const BlockHistory* p : {pUp, pLeft, pUpLeft, pUpRight}) CountBlock(p, false, &counts);
+    for (const BlockHistory* p : {pDown, pRight, pDownRight, pDownLeft})
+        CountBlock(p, true, &counts);
+    CountBlock(pCentre, true, &counts);
+    if (bDetail) PrintRecords(md, *pCur, *pRef, nYDiffThre);
 
     const bool bDistNotAvail =
         md.CurFrmId == md.RefBufIdx ||
@@ -122,12 +134,5 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
         pCentre->nState = tActivity.nState;
     }
 
-    if (bDetail) {
-        MdPrint("  iAccuDist=%d, DistWeight2=%d, iHOGDist=%d.\n", tDistance.iAccuDist,
-                tDistance.DistWeight2, D);
-        MdPrint("  Histogram of cur blk: ");
-        MdPrint("\n");
-        MdPrint("  Histogram of ref blk: ");
-        MdPrint("\n");
-    }
+    if (bDetail) PrintDistance(tDistance, D);
 }

@@ -26,7 +26,7 @@ struct BytePlane {
 }  // namespace
 
 struct FastScan {
-    const KernelPath* pKernels;
+    KernelPath tKernels;
     CellSetup tSetup;
     int32_t nWidth, nHeight, nBlkW, nBlkH;
     BlockSignature* apSignatures[kPoolSlots];  // nMD_RefFrmIdx + 1 of them, the others null
@@ -45,7 +45,7 @@ bool AllocateZero(T** pp, size_t nCount) {
 }
 
 bool AllocatePlane(BytePlane* pPlane, int32_t nBlkW, int32_t nBlkH) {
-    pPlane->nPitch = (nBlkW + 3 * kGroup) / kGroup * kGroup;
+    pPlane->nPitch = (nBlkW + 2 * kGroup) / kGroup * kGroup;
     return AllocateZero(&pPlane->pBytes,
                         static_cast<size_t>(pPlane->nPitch * (nBlkH + 2) + kGroup));
 }
@@ -235,8 +235,8 @@ void DecideRowRunning(const RowView& row, int32_t iYDiffSum) {
 void RowHalves(FastScan* pScan, const uint8_t* pY, int32_t y) {
     FastScan& s = *pScan;
     const auto Sums = [&](int32_t nCellRow, HalfBlock* pTop, HalfBlock* pBottom) {
-        s.pKernels->pCellRowSums(&s.tSetup, pY, s.nWidth, s.nHeight, 8 * nCellRow, s.nBlkW, pTop,
-                                 pBottom);
+        s.tKernels.pCellRowSums(&s.tSetup, pY, s.nWidth, s.nHeight, 8 * nCellRow, s.nBlkW, pTop,
+                                pBottom);
     };
     const int32_t nCellRow = y * s.tSetup.nStrideCells;
     if (y == 0 || s.tSetup.nStrideCells > 1) {
@@ -254,7 +254,7 @@ FastScan* FastScanCreate(const KernelPath& tKernels, const MdParams* pParams, in
                          int32_t nHeight, const uint8_t* pGaussWin) {
     FastScan* p = nullptr;
     if (!AllocateZero(&p, 1)) return nullptr;
-    p->pKernels = &tKernels;
+    p->tKernels = tKernels;
     p->nWidth = nWidth;
     p->nHeight = nHeight;
     p->nBlkW = BlockCount(nWidth, *pParams);
@@ -285,7 +285,7 @@ void FrameBlockScan_Fast(FastScan* pScan, const MdParams* pParams, const uint8_t
     for (int32_t y = 0; y < s.nBlkH; ++y) {
         const int32_t nFirst = y * s.nBlkW;
         RowHalves(pScan, pY, y);
-        s.pKernels->pBlockRowFeatures(
+        s.tKernels.pBlockRowFeatures(
             &s.tSetup, s.pHalves[0], s.pHalves[1], s.nBlkW, s.apSignatures[nCurSlot] + nFirst,
             s.apSignatures[nRefSlot] + nFirst, s.aDist[md.CurFrmId % 3].At(0, y), s.pYDiff);
         const int32_t iSumBefore = iYDiffSum;

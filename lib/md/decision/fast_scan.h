@@ -27,7 +27,8 @@ constexpr int32_t kMapSlack = 16;
 
 // Scans one frame; see FrameBlockScan_NormalHog. Slots number the feature ring, 0 to 14; they may
 // be one slot. `pY` is readable for kLumaSlack bytes behind its end, as a frame with its chroma is.
-// Prints the method 0 line. Detail lines are the plain walk's alone.
+// Prints the method 0 line; reads and writes nYDiffThreCarry. Detail lines are the plain walk's
+// alone.
 void FrameBlockScan_Fast(FastScan* pScan, const MdParams* pParams, const uint8_t* pY,
                          int32_t nCurSlot, int32_t nRefSlot, uint8_t* pAvailMap, uint8_t* pDistMap);
 

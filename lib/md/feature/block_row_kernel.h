@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "md/feature/cell_sums.h"
 #include "md/feature/two_lanes.h"
@@ -44,7 +45,7 @@ MD_INLINE float PowerOfTwo(int32_t n) {  // n of -126 to 127
 
 // inv_sqrt_hw for inputs of 1 to 650251. The digit loop gives floor(2^23 / sqrt(m)), cut to 16
 // bits, for every normalised m of 2^14 to 2^16 - 1; double precision finds that floor exactly. All
-// other numbers here are integers below 2^24 or powers of two, which float holds exactly.
+// other numbers here are integers below 2^24, times a power of two, which float holds exactly.
 MD_INLINE void InverseRoots(const uint32_t (&aInput)[kStage], uint32_t (&aRoot)[kStage]) {
 #pragma GCC unroll 1
     for (int32_t i = 0; i < kStage; ++i) {
@@ -125,7 +126,7 @@ MD_INLINE void NormsOf(const CellSetup& t, Stage* pStage) {
     }
 }
 
-// The sixteen bytes of a BlockSignature. A normalised element is at most 256, since v[i] squared is
+// The sixteen bytes of a BlockSignature. A normalised element is at most 255, since v[i] squared is
 // below the sum under the root.
 MD_INLINE __m128i Signature(const CellSetup& t, int32_t i, Stage* pStage) {
     if (!t.bMoments) pStage->aLo[i] = pStage->aHi[i] = I16x8{};

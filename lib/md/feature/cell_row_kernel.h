@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "md/feature/cell_sums.h"
 #include "md/feature/two_lanes.h"
@@ -24,7 +23,7 @@ struct ChunkRows {
     const uint8_t* apRow[kRows];
 };
 
-alignas(32) constexpr uint8_t aZeroRow[kChunkPixels] = {};
+alignas(32) constexpr uint8_t kZeroRow[kChunkPixels] = {};
 
 // |gy| of row r of the cells: in row r + 2 with the real rows around it; rows 0 and 1 of a top half
 // below its border, in rows 0 and 1; rows 6 and 7 of a bottom half above its border, in 10 and 11.
@@ -64,8 +63,8 @@ MD_INLINE void GradientsY(const CellSetup& t, const ChunkRows& rows, int32_t nPi
         const uint8_t* apRows[5];
         for (int32_t k = 0; k < 5; ++k) {
             apRows[k] = rows.apRow[r + k];
-            if (n < 2 && r + k < 2) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.apRow[2];
-            if (n > 9 && r + k > 9) apRows[k] = t.nPadding == 1 ? aZeroRow : rows.apRow[9];
+            if (n < 2 && r + k < 2) apRows[k] = t.nPadding == 1 ? kZeroRow : rows.apRow[2];
+            if (n > 9 && r + k > 9) apRows[k] = t.nPadding == 1 ? kZeroRow : rows.apRow[9];
         }
         GradientRowY<nPairs>(t.tPairsY, apRows, nPixels, pOut->aRow[n]);
     }
@@ -178,15 +177,15 @@ template <typename R, int32_t nPairs>
 MD_INLINE void ChunkHalves(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
                            const Blocks& tBlocks, HalfBlock* pTop, HalfBlock* pBottom) {
     const int32_t nLast = tBlocks.nBlocks - 1;
-    FilterX<nPairs> tFilter = FilterAt<nPairs>(t, tBlocks.nFirst == 0, nLast == 0);
+    FilterX<nPairs> tFilter;
     for (int32_t i = 0; i < tBlocks.nCount; ++i) {
         const int32_t b = tBlocks.nFirst + i;
-        if (b == 1 || (b == nLast && b > 0)) tFilter = FilterAt<nPairs>(t, false, b == nLast);
+        if (i == 0 || b == 1 || b == nLast) tFilter = FilterAt<nPairs>(t, b == 0, b == nLast);
         BlockHalves<R>(t, tFilter, rows, g, 8 * t.nStrideCells * i, pTop + b, pBottom + b);
     }
 }
 
-// The halves asked for; the other pointer is null.
+// The halves asked for. Where one pointer is null its role is left out, and the other stands in.
 template <int32_t nPairs, bool bOwnBorder>
 MD_INLINE void ChunkRoles(const CellSetup& t, const ChunkRows& rows, const ChunkGradY& g,
                           const Blocks& tBlocks, HalfBlock* pTop, HalfBlock* pBottom) {

@@ -10,12 +10,13 @@
 // moments follow per block.
 //
 // Why 16 bits hold what the lanes carry, with |gradient| <= 2040 by the tap limit:
-//   tap pair, pixels of 0 to 255 and taps of -8 to 8         |pair| <= 4080
+//   a tap pair, and any sum of pairs, by the same limit      <= 2040
 //   magnitude m = max + (min >> 1)                           <= 3060
 //   weight (m * w) >> 6 as high half of (2 m) * (w << 9)     2 m <= 6120, w << 9 <= 32768
 //   column sum over 8 rows                                   <= 8 * 3060 = 24480
-//   sum of row * m, rows 7 to 4 counted from the bottom up   <= (1 + 2 + 3 + 4) * 3060 = 30600
-//   the same, rows 3 to 1, kept around zero                  <= (5 + 6 + 7) * 3060 = 2 * 27540
+//   y moment = S1 + ... + S7, where Sr is the sum of rows r to 7:
+//     S7 to S4 together                                      <= (1 + 2 + 3 + 4) * 3060 = 30600
+//     S3 to S1, kept around zero                             <= (5 + 6 + 7) * 3060 = 2 * 27540
 // A cell's moment, at most 28 * 8 * 3060 = 685,440, and all sums of a block take 32 bits.
 #pragma once
 
@@ -77,11 +78,12 @@ struct alignas(16) BlockSignature {
 };
 static_assert(sizeof(BlockSignature) == 16);
 
-// So many bytes behind a luma plane are read with it and do not count.
+// Up to so many bytes behind a luma plane are read with it and do not count: cells are 8 pixels
+// wide and read four at a time.
 constexpr int32_t kLumaSlack = 32;
 
 // Sums of the cell row whose first pixel row is `nY`, for all `nBlocks` blocks of a block row: in
-// the top role into pTop, in the bottom role into pBottom, each unless it is null. `pY`: luma
+// the top role into pTop, in the bottom role into pBottom, of which one may be null. `pY`: luma
 // plane, row pitch nWidth, readable for kLumaSlack bytes behind its end.
 using CellRowSumsFn = void(const CellSetup* pSetup, const uint8_t* pY, int32_t nWidth,
                            int32_t nHeight, int32_t nY, int32_t nBlocks, HalfBlock* pTop,

@@ -12,11 +12,9 @@ KernelPath Select() {
     for (const KernelPath& tPath : OfferedKernels()) {
         if (szForced == nullptr || std::strcmp(szForced, tPath.szName) == 0) return tPath;
     }
-    EndRun(
-        stdout, kExitRefused,
-        "ERROR: MD_KERNELS=%s is not available here: plain, or ssse3 or avx2 on a processor that "
-        "has it\n",
-        szForced);
+    EndRun(stdout, kExitRefused,
+           "ERROR: MD_KERNELS=%s: expected plain, or ssse3 or avx2 where the processor has it\n",
+           szForced);
 }
 
 }  // namespace

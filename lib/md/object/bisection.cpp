@@ -33,19 +33,13 @@ void SlabCenter(int32_t nThreshold, uint32_t nLo, uint32_t nHi, uint32_t* pArea,
     uint32_t nArea = 0;
     uint32_t nMoment = 0;  // position times distance; wraps modulo 2^32
     for (int32_t row = nRowFrom; row <= nRowTo; ++row) {
-        for (int32_t col = nColFrom; col <= nColTo;) {
-            const int32_t i = row * nBlkW + col;
-            if (pAvailBits[i >> 3] == 0) {
-                col += 8 - (i & 7);
-                continue;
-            }
-            if (BlockAvailable(pAvailBits, i) && pDistMap[i] >= nThreshold) {
-                const uint32_t nPosition = static_cast<uint32_t>((nAxis == kAxisX ? col : row) * s);
-                nArea += pDistMap[i];
-                nMoment += nPosition * pDistMap[i];
-            }
-            ++col;
-        }
+        const int32_t nStart = row * nBlkW;
+        ForEachAvailable(pAvailBits, nStart + nColFrom, nStart + nColTo + 1, [&](int32_t i) {
+            if (pDistMap[i] < nThreshold) return;
+            const int32_t nPosition = (nAxis == kAxisX ? i - nStart : row) * s;
+            nArea += pDistMap[i];
+            nMoment += static_cast<uint32_t>(nPosition) * pDistMap[i];
+        });
     }
     *pArea = nArea;
     *pCenter = nArea > 0 ? (nMoment + nArea / 2) / nArea : nLo;

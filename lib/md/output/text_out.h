@@ -12,6 +12,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #include "md/out_file.h"
 
@@ -115,6 +116,8 @@ char* PutNumber(char* p, int32_t nValue) {
 template <TextFormat F, size_t nAt>
 char* PutFormat(char* p) {
     constexpr size_t nRest = F.nLength - nAt;
+    static_assert(std::string_view(F.sz, F.nLength).find('%', nAt) == std::string_view::npos,
+                  "a conversion without its number");
     std::memcpy(p, F.sz + nAt, nRest);
     return p + nRest;
 }
@@ -158,9 +161,11 @@ void TextPrint(TextOut* pOut, Args... args) {
 template <TextFormat F>
 void TextPrintEach(TextOut* pOut, const uint8_t* pValues, int32_t nCount) {
     constexpr int32_t kTogether = kTextSlack / (F.nLength + 12);  // what the slack holds at worst
-    int32_t i = 0;
-    for (; bTextPlain && i < nCount; ++i) TextPrint<F>(pOut, pValues[i]);
-    while (i < nCount) {
+    if (bTextPlain) {
+        for (int32_t i = 0; i < nCount; ++i) TextPrint<F>(pOut, pValues[i]);
+        return;
+    }
+    for (int32_t i = 0; i < nCount;) {
         const int32_t nEnd = nCount - i < kTogether ? nCount : i + kTogether;
         char* const pStart = pOut->aBuffer + pOut->nUsed;
         char* p = pStart;

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "md/decision/frame_block_scan.h"
 #include "md/feature/inv_sqrt.h"
 #include "tests/support/walks.h"
 
@@ -87,6 +89,95 @@ TEST(FastScan, ChunksAndGroupsMeetInWideFrames) {
         }
     }
     testing::internal::GetCapturedStdout();
+}
+
+// Decisions alone, where distances meet every bound of the rules: kernels of the test's own hand
+// them out, and the records beside them give the plain rules the same.
+namespace given {
+
+Plane aDist, aYDiff;
+size_t nNext;
+
+void NoSums(const CellSetup*, const uint8_t*, int32_t, int32_t, int32_t, int32_t, HalfBlock*,
+            HalfBlock*) {}
+
+void Row(const CellSetup*, const HalfBlock*, const HalfBlock*, int32_t n, BlockSignature*,
+         const BlockSignature*, uint8_t* pDist, uint8_t* pYDiff) {
+    std::memcpy(pDist, &aDist[nNext], static_cast<size_t>(n));
+    std::memcpy(pYDiff, &aYDiff[nNext], static_cast<size_t>(n));
+    nNext += static_cast<size_t>(n);
+}
+
+// A record that lies at distance d from one of zeros.
+BlockFeature RecordAt(int32_t d) {
+    BlockFeature t{};
+    t.histNorm2 = 1;
+    for (int32_t a = 0; a * a <= 16 * d + 15; ++a) {
+        for (int32_t b = 0; b <= a; ++b) {
+            if ((a * a + b * b) >> 4 != d) continue;
+            t.v[0] = static_cast<uint8_t>(a);
+            t.v[1] = static_cast<uint8_t>(b);
+        }
+    }
+    return t;
+}
+
+}  // namespace given
+
+TEST(FastScan, DecidesAsThePlainRulesOnEveryBound) {
+    Rng rng(5);
+    const KernelPath tPath{"given", given::NoSums, given::Row};
+    const std::vector<int32_t> aBounds = {0,   1,   2,   3,   9,   10,  11,  20,  169, 170,
+                                          171, 179, 180, 181, 199, 200, 201, 254, 255};
+    std::vector<BlockFeature> aRecords;
+    for (int32_t d = 0; d < 256; ++d) aRecords.push_back(given::RecordAt(d));
+    for (int nRun = 0; nRun < 3000; ++nRun) {
+        const int32_t nBlkW = Pick(rng, 1, 40), nBlkH = Pick(rng, 1, 6);
+        const int32_t w = 8 + 8 * nBlkW, h = 8 + 8 * nBlkH;
+        Setting s = PickRandom(rng, w, h);
+        MdParams& md = s.md;
+        md.nMD_HogBlockStride = 8;
+        md.nMD_MetricMode = 2;
+        md.nMD_NeighborCorrelation = md.nMD_RefFrmIdx = 1;
+        md.nMD_HogNormalizeMode = 0;
+        md.nMD_HogCellSize = md.nMD_HogDist_Scale2 = 16;
+        md.nMD_HogDist_AvgYDiffCalc_Method = 2;
+        md.nMD_HogDist_Th_AvgYDiffAdj_Scale = Pick(rng, 0, 3) == 0 ? 8 : 0;
+        const auto n = static_cast<size_t>(nBlkW * nBlkH);
+        std::vector<BlockHistory> aHistory(n);
+        std::vector<BlockHistory*> apHistory;
+        for (BlockHistory& t : aHistory) apHistory.push_back(&t);
+        FastScan* pScan = FastScanCreate(tPath, &md, w, h, s.aGauss);
+        const int32_t nQuiet = Pick(rng, 0, 3);  // of four blocks
+        nYDiffThreCarry = 0;
+        for (md.CurFrmId = 0; md.CurFrmId < 8; ++md.CurFrmId) {
+            md.RefBufIdx = md.CurFrmId == 0 ? 0 : (md.CurFrmId + 1) % 2;
+            given::nNext = 0;
+            given::aDist.assign(n, 0);
+            given::aYDiff.assign(n, 0);
+            std::vector<BlockFeature> aCur(n), aRef(n);
+            for (size_t i = 0; i < n; ++i) {
+                const auto nBound = static_cast<size_t>(Pick(rng, 0, 18));
+                if (Pick(rng, 0, 3) >= nQuiet) given::aDist[i] = uint8_t(aBounds[nBound]);
+                given::aYDiff[i] = static_cast<uint8_t>(Pick(rng, 0, 3));
+                aCur[i] = aRecords[given::aDist[i]];
+                aCur[i].nAvgY = given::aYDiff[i];
+                aRef[i].histNorm2 = 1;
+            }
+            Plane aAvail(n), aDist(n), aFastAvail(n + kMapSlack), aFastDist(n + kMapSlack);
+            for (int32_t i = 0; i < nBlkW * nBlkH; ++i) {
+                BlockDecide_NormalHog(&md, w, h, i % nBlkW, i / nBlkW, aCur.data(), aRef.data(),
+                                      nYDiffThreCarry, aAvail.data(), aDist.data(),
+                                      apHistory.data());
+            }
+            FrameBlockScan_Fast(pScan, &md, nullptr, 0, 0, aFastAvail.data(), aFastDist.data());
+            aFastAvail.resize(n);
+            aFastDist.resize(n);
+            ASSERT_EQ(aAvail, aFastAvail) << nRun << " frame " << md.CurFrmId << s.Text();
+            ASSERT_EQ(aDist, aFastDist) << nRun << " frame " << md.CurFrmId << s.Text();
+        }
+        FastScanRelease(pScan);
+    }
 }
 
 // Both gradients at 2040 in every pixel: the largest magnitude, column sum and moments there are.
