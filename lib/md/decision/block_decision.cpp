@@ -85,8 +85,9 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
 
     NeighbourCounts counts{};
     for (const BlockHistory* p : {pUp, pLeft, pUpLeft, pUpRight}) CountBlock(p, false, &counts);
-    for (const BlockHistory* p : {pDown, pRight, pDownRight, pDownLeft})
+    for (const BlockHistory* p : {pDown, pRight, pDownRight, pDownLeft}) {
         CountBlock(p, true, &counts);
+    }
     CountBlock(pCentre, true, &counts);
     if (bDetail) PrintRecords(md, *pCur, *pRef, nYDiffThre);
 
