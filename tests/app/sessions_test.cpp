@@ -4,6 +4,7 @@
 // not 0. With MD_REFRESH in the environment the files are written anew instead of compared.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <sstream>
@@ -60,7 +61,12 @@ TEST_P(Session, PrintsSomethingElse) {
         if (sLine.starts_with("$ ")) sGot += Typed(pFolder->Path(), sLine.substr(2));
     }
     if (std::getenv("MD_REFRESH") != nullptr) WriteAll(sPath, sGot);
-    EXPECT_EQ(sGot, ReadAll(sPath));
+    const std::string sFile = ReadAll(sPath);
+    const auto nSame = static_cast<size_t>(std::ranges::mismatch(sGot, sFile).in1 - sGot.begin());
+    const size_t nLine = nSame == 0 ? 0 : sGot.rfind('\n', nSame - 1) + 1;  // 0 behind npos
+    EXPECT_TRUE(sGot == sFile) << sPath << " has\n"
+                               << sFile.substr(nLine, 400) << "\nthe program printed\n"
+                               << sGot.substr(nLine, 400);
 }
 
 INSTANTIATE_TEST_SUITE_P(Typed, Session,
