@@ -36,25 +36,8 @@ void Configure(int32_t argc, char** argv) {
     MakeFolderIfMissing(sim.szFeaturePath);
 }
 
-// Up to FramesToBeProcessed frames or a short read, whichever comes first.
-void FrameLoop(FrameReader* pReader) {
-    const SimParams& sim = tSimParams;
-    const int32_t nFrames = sim.nFramesToBeProcessed;
-    for (int32_t n = 0; nFrames == -1 || n < nFrames; ++n) {
-        const int32_t nRead = FrameReaderNext(pReader, tFrameBuffers.pCurYuv);
-        if (nRead < pReader->nFrameBytes) {
-            MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx, nRead,
-                    pReader->nFrameBytes);
-            if (std::ferror(pReader->pFile) != 0) {
-                std::fprintf(stderr, "[Warning] reading %s failed\n", sim.pScaledInputPath);
-            }
-            return;
-        }
-        MdPrint("*****frame %d\n", n + sim.nStartFrameIdx);
-        tSimParams.tMd.CurFrmId = n;
-        MdProcessFrame();
-    }
-}
+FrameReader tReader;
+int32_t nNextFrame;  // of this run, 0 on the first
 
 }  // namespace
 
@@ -67,19 +50,49 @@ void SetPathSep(const char* szArgv0) {
     }
 }
 
-void MdSimRun(int32_t argc, char** argv) {
+void MdSimStart(int32_t argc, char** argv) {
     Configure(argc, argv);
     MdPrepareInput(argc > 0 ? argv[0] : "");
     MdInit();
     OutputFilesOpen(tSimParams.OutputFilePath);
-    FrameReader tReader = FrameReaderOpen(tSimParams.pScaledInputPath, nMdWidth, nMdHeight,
-                                          tSimParams.nStartFrameIdx, !VideosOn());
-    FrameLoop(&tReader);
+    tReader = FrameReaderOpen(tSimParams.pScaledInputPath, nMdWidth, nMdHeight,
+                              tSimParams.nStartFrameIdx, !VideosOn());
+    nNextFrame = 0;
+}
+
+bool MdSimNext() {
+    const SimParams& sim = tSimParams;
+    const int32_t n = nNextFrame;
+    if (sim.nFramesToBeProcessed != -1 && n >= sim.nFramesToBeProcessed) return false;
+    const int32_t nRead = FrameReaderNext(&tReader, tFrameBuffers.pCurYuv);
+    if (nRead < tReader.nFrameBytes) {
+        MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx, nRead,
+                tReader.nFrameBytes);
+        if (std::ferror(tReader.pFile) != 0) {
+            std::fprintf(stderr, "[Warning] reading %s failed\n", sim.pScaledInputPath);
+        }
+        return false;
+    }
+    MdPrint("*****frame %d\n", n + sim.nStartFrameIdx);
+    tSimParams.tMd.CurFrmId = n;
+    MdProcessFrame();
+    ++nNextFrame;
+    return true;
+}
+
+void MdSimEnd() {
     FrameReaderClose(&tReader);
     OutputFilesClose();
     OutputConvertMp4();
     MdDeinit();
     MdPrint("finish.\n");
+}
+
+void MdSimRun(int32_t argc, char** argv) {
+    MdSimStart(argc, argv);
+    while (MdSimNext()) {
+    }
+    MdSimEnd();
 }
 
 int32_t MdProcessFrame() {

@@ -7,8 +7,20 @@
 // A program name with a backslash anywhere makes '\\' the separator of built paths and commands.
 void SetPathSep(const char* szArgv0);
 
-// The whole run. Every failure ends the process where it happens, and nothing is released then.
+// The whole run: MdSimStart, MdSimNext until it gives false, MdSimEnd. Every failure ends the
+// process where it happens, and nothing is released then.
 void MdSimRun(int32_t argc, char** argv);
+
+// The three steps of a run, for callers that look at its state after each frame (run_state.h).
+// The start configures, prepares the input, allocates and opens the outputs.
+void MdSimStart(int32_t argc, char** argv);
+
+// One frame; the state shows it until the next call. False, with nothing done but the message,
+// after FramesToBeProcessed frames or when the file holds no further whole frame.
+bool MdSimNext();
+
+// Closes the outputs, makes the mp4 files, releases everything.
+void MdSimEnd();
 
 // One frame: scheduling, canvases, detection, drawing and writing. Returns 1.
 int32_t MdProcessFrame();
