@@ -2,7 +2,8 @@
 # Installs what building, running and testing need on Debian 12, and nothing that is there already.
 set -euo pipefail
 
-packages=(g++ cmake ninja-build libgtest-dev ffmpeg jq "$@")
+packages=(g++ cmake ninja-build libgtest-dev ffmpeg jq
+          libcli11-dev nlohmann-json3-dev "$@")
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

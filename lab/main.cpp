@@ -1,0 +1,49 @@
+// mdlab: the companion of MD. It compares dumps, shows why a block is active, and runs many
+// settings over labelled clips. Results go to standard output, everything else to standard error.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <vector>
+
+#include "lab/tool/command.h"
+#include "lab/tool/error.h"
+
+namespace {
+
+// A row for each subcommand, in the order of the help.
+const std::vector<lab::AddCommand*> kCommands = {};
+
+int Run(int argc, char** argv) {
+    CLI::App app{
+        "The companion of MD: compares its dumps, shows its decisions, tries its settings."};
+    int status = lab::kSame;
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "mdlab " MD_VERSION);
+    for (lab::AddCommand* add : kCommands) add(&app, &status);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        // Help and version are "errors" with status 0 here.
+        return app.exit(error) == 0 ? lab::kSame : lab::kTrouble;
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int status = lab::kTrouble;
+    try {
+        status = Run(argc, argv);
+    } catch (const lab::Error& error) {
+        std::fprintf(stderr, "mdlab: %s\n", error.what());
+        status = error.Status();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "mdlab: %s\n", error.what());
+    }
+    if (std::fflush(stdout) != 0) {
+        std::fprintf(stderr, "mdlab: standard output cannot be written\n");
+        return lab::kTrouble;
+    }
+    return status;
+}

@@ -1,0 +1,35 @@
+// A file that mdlab leaves. It is written under a temporary name in the same folder and renamed
+// once it is whole, so that a reader never meets half a file. A file that is dropped without Commit
+// is removed, and an older file of that name stays as it was.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace lab {
+
+class ResultFile {
+  public:
+    // Throws Error if the file cannot be opened.
+    explicit ResultFile(std::string path);
+    ~ResultFile();
+    ResultFile(const ResultFile&) = delete;
+    ResultFile& operator=(const ResultFile&) = delete;
+
+    // Buffered. A failed write is reported by Commit.
+    void Write(std::string_view bytes);
+
+    // For writers that want a stream. It is owned here.
+    [[nodiscard]] std::FILE* Stream() { return file_; }
+
+    // Flushes, closes and renames. Throws Error, with the reason, if not all of it arrived.
+    void Commit();
+
+  private:
+    std::string path_;
+    std::string temporary_;
+    std::FILE* file_ = nullptr;
+};
+
+}  // namespace lab

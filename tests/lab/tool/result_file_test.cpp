@@ -1,0 +1,73 @@
+#include "lab/tool/result_file.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "lab/tool/error.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class ResultFileTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "mdlab.XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder_ = name;
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    std::string Text(const fs::path& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    fs::path folder_;
+};
+
+TEST_F(ResultFileTest, AppearsWholeOrNotAtAll) {
+    const fs::path path = folder_ / "result.txt";
+    std::ofstream(path) << "older";
+    {
+        lab::ResultFile dropped(path.string());
+        dropped.Write("half");
+    }
+    EXPECT_EQ(Text(path), "older");
+    lab::ResultFile file(path.string());
+    file.Write("new");
+    EXPECT_EQ(Text(path), "older");
+    file.Commit();
+    EXPECT_EQ(Text(path), "new");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1);
+}
+
+TEST_F(ResultFileTest, NamesThePathWhenItCannotBeWritten) {
+    const auto message = [](const auto& act) -> std::string {
+        try {
+            act();
+        } catch (const lab::Error& error) {
+            return error.what();
+        }
+        return "no error";
+    };
+    const std::string missing = (folder_ / "none" / "x").string();
+    EXPECT_EQ(message([&] { lab::ResultFile file(missing); }),
+              missing + ": cannot be written: No such file or directory");
+
+    // A folder stands where the file should go: found only by the rename.
+    const std::string taken = (folder_ / "taken").string();
+    fs::create_directory(taken);
+    EXPECT_EQ(message([&] {
+                  lab::ResultFile file(taken);
+                  file.Commit();
+              }),
+              taken + ": cannot be written: Is a directory");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1);
+}
+
+}  // namespace
