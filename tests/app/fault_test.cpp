@@ -49,6 +49,27 @@ TEST(Fault, EveryStepOfMemoryEndsInAMessageOrARun) {
     EXPECT_EQ(aMissing.count("the comp canvas\n"), 1U);
 }
 
+// Settings refuse on standard error, missing memory among the rest. The text that finds none is the
+// folder of a long name.
+TEST(Fault, MissingMemoryForSettingsShowsOnStandardError) {
+#if defined __SANITIZE_ADDRESS__ || defined MD_COVERAGE
+    GTEST_SKIP() << "the sanitizer reserves terabytes, the profile fails by itself";
+#endif
+    const TempFolder tFolder;
+    std::string sName = "a.cfg";
+    while (sName.size() < 130000) sName = "./" + sName;
+    bool bSeen = false;
+    for (int32_t nKb = 3000; !bSeen && nKb < 100000; nKb += 40) {
+        const Outcome t = RunProgram(tFolder.Path(), {"sh", "-c",
+                                                      "ulimit -v " + std::to_string(nKb) +
+                                                          "\nexec \"$0\" -d \"$1\"",
+                                                      MD_PROGRAM, sName});
+        EXPECT_EQ(t.sOut.find("no memory"), std::string::npos);
+        bSeen = t.nExit == 1 && t.sErr == "ERROR: no memory for a text\n";
+    }
+    EXPECT_TRUE(bSeen);
+}
+
 // The length of the file is asked for each frame.
 TEST(Fault, InputCutWhileItIsReadEndsWithTheBytesLeft) {
     for (const bool bLumaOnly : {false, true}) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "md/cfg_top/cfg_text.h"
 #include "md/cfg_top/input_map.h"
@@ -25,6 +26,20 @@ bool IsOption(const char* szArgument, const char* szOption) {
     return std::strncmp(szArgument, szOption, 2) == 0;
 }
 
+// One of the options that may follow the default file.
+bool IsAnyOption(const char* szArgument) {
+    return IsOption(szArgument, "-h") || IsOption(szArgument, "-f") || IsOption(szArgument, "-p");
+}
+
+// The base that a number's prefix asks for: "0x" 16, else a leading zero 8, else 10. Base 0 of the
+// library is not the same everywhere: newer ones also read binary there ("0b11").
+int NumberBase(const char* szText) {
+    const char* p = szText + std::strspn(szText, " \t\n\v\f\r");
+    if (*p == '+' || *p == '-') ++p;
+    if (*p != '0') return 10;
+    return p[1] == 'x' || p[1] == 'X' ? 16 : 8;
+}
+
 // strtol, saturated at the int32_t limits on every platform.
 int32_t ToInt32(const char* szText, char** ppEnd, int nBase) {
     const long long nValue = std::strtoll(szText, ppEnd, nBase);
@@ -41,7 +56,7 @@ void StoreValue(const InputMapEntry& tRow, const char* szValue) {
     switch (tRow.Type) {
         case kTypeInteger: {
             char* pEnd = nullptr;
-            const int32_t nValue = ToInt32(szValue, &pEnd, 0);
+            const int32_t nValue = ToInt32(szValue, &pEnd, NumberBase(szValue));
             if (pEnd == szValue) RefuseNumber(tRow, szValue);
             *static_cast<int32_t*>(tRow.Place) = nValue;
             break;
@@ -63,8 +78,34 @@ void StoreValue(const InputMapEntry& tRow, const char* szValue) {
     }
 }
 
-void ParseText(char* szText) {
-    cfgParseContent(szText, static_cast<int32_t>(std::strlen(szText)));
+// Assigns the triples of a text. With `bOpenEnd` a key and '=' without a value at the text's end
+// store nothing; else they are refused.
+void AssignTriples(char* szText, int32_t nLength, bool bOpenEnd) {
+    char* aTokens[kMaxTokens];
+    const int32_t nTokens = cfgTokenise(szText, nLength, aTokens);
+    // Threes, whatever the lines are; one token left over at the end is ignored.
+    for (int32_t i = 0; i < nTokens - 1; i += 3) {
+        const int32_t nRow = cfgParamNameToIndex(aTokens[i]);
+        if (nRow < 0) {
+            EndRun(stderr, kExitParse,
+                   "Parsing error in config file: Parameter Name '%s' not recognized.", aTokens[i]);
+        }
+        if (std::strcmp(aTokens[i + 1], "=") != 0) {
+            EndRun(stderr, kExitParse,
+                   " Parsing error in config file: '=' expected as the second token in each line.");
+        }
+        if (i + 2 >= nTokens) {
+            if (bOpenEnd) return;
+            EndRun(stderr, kExitParse, "Parsing error in config file: no value behind '%s ='.\n",
+                   aTokens[i]);
+        }
+        StoreValue(aWorkMap[nRow], aTokens[i + 2]);
+        MdPrint(".");
+    }
+}
+
+void ParseText(char* szText, bool bOpenEnd = false) {
+    AssignTriples(szText, static_cast<int32_t>(std::strlen(szText)), bOpenEnd);
 }
 
 // The text of a -p option: the arguments from `nFirst` up to `nEnd` in a row, with blanks around
@@ -126,7 +167,8 @@ void WalkArguments(const CfgArguments& tArgs, int32_t nIndex) {
             while (nEnd < tArgs.argc && tArgs.argv[nEnd][0] != '-') ++nEnd;
             char* szText = JoinOverrides(tArgs.argv, nIndex + 1, nEnd);
             MdPrint("Parsing command line string '%s'", szText);
-            ParseText(szText);
+            // A value cut off because it begins with '-' ("Key = -1") is refused as an argument.
+            ParseText(szText, nEnd < tArgs.argc && !IsAnyOption(tArgs.argv[nEnd]));
             std::free(szText);
             MdPrint("\n");
             nIndex = nEnd;
@@ -140,6 +182,8 @@ void WalkArguments(const CfgArguments& tArgs, int32_t nIndex) {
 
 void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
     const CfgArguments& tArgs = *pArguments;
+    const std::new_handler pOuterHandler = std::set_new_handler(
+        [] { EndRun(stderr, kExitInput, "ERROR: no memory for a text\n"); });
     tSimParams = SimParams{};
     tGradientTexts = GradientTexts{};
     MdPrint("Setting Default Parameters...\n");
@@ -173,6 +217,7 @@ void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
     cfgParseMultiParam(tGradientTexts.MD_HogGradX, tSimParams.tMd.nMD_HogGradX, kGradientTaps, 0);
     cfgParseMultiParam(tGradientTexts.MD_HogGradY, tSimParams.tMd.nMD_HogGradY, kGradientTaps, 0);
     pResult->pSimParams = &tSimParams;
+    std::set_new_handler(pOuterHandler);
 }
 
 void cfgInitParams() {
@@ -196,26 +241,7 @@ int32_t cfgParamNameToIndex(const char* szName) {
 }
 
 void cfgParseContent(char* szText, int32_t nLength) {
-    char* aTokens[kMaxTokens];
-    const int32_t nTokens = cfgTokenise(szText, nLength, aTokens);
-    // Threes, whatever the lines are; one token left over at the end is ignored.
-    for (int32_t i = 0; i < nTokens - 1; i += 3) {
-        const int32_t nRow = cfgParamNameToIndex(aTokens[i]);
-        if (nRow < 0) {
-            EndRun(stderr, kExitParse,
-                   "Parsing error in config file: Parameter Name '%s' not recognized.", aTokens[i]);
-        }
-        if (std::strcmp(aTokens[i + 1], "=") != 0) {
-            EndRun(stderr, kExitParse,
-                   " Parsing error in config file: '=' expected as the second token in each line.");
-        }
-        if (i + 2 >= nTokens) {
-            EndRun(stderr, kExitParse, "Parsing error in config file: no value behind '%s ='.\n",
-                   aTokens[i]);
-        }
-        StoreValue(aWorkMap[nRow], aTokens[i + 2]);
-        MdPrint(".");
-    }
+    AssignTriples(szText, nLength, false);
 }
 
 void cfgTestParams() {

@@ -1,6 +1,6 @@
 // The configuration loader: defaults, default file, -f files and -p overrides in command-line
-// order, limit check, gradient lists. Refusals go to standard error and end the run; progress goes
-// to standard output. Runs once, before anything else reads a setting.
+// order, limit check, gradient lists. Refusals and missing memory go to standard error and end the
+// run; progress goes to standard output. Runs once, before anything else reads a setting.
 #pragma once
 
 #include <cstdint>

@@ -20,6 +20,12 @@ TEST(ConfigValue, NumbersConvertAsFarAsTheyGo) {
     const char* const aRows[][2] = {{"0x10", "16"},
                                     {"010", "8"},
                                     {"08", "0"},
+                                    {"0b11", "0"},  // binary is read nowhere
+                                    {"\" -0B1\"", "0"},
+                                    {"0", "0"},
+                                    {"0xg", "0"},
+                                    {"-010", "-8"},
+                                    {"+0X1f", "31"},
                                     {"5abc", "5"},
                                     {"-0x10", "-16"},
                                     {"1e3", "1"},
