@@ -11,10 +11,11 @@ constexpr int kPoolSlots = 15;   // slots of the feature pool and of the frame p
 constexpr int kMaxObjects = 4;   // slots of tObjects; the methods of this chip fill one
 constexpr int kGaussPitch = 32;  // row pitch of the Gaussian window, whatever the block size
 
-// One reported object, in pixels of the working frame.
+// One reported object, in pixels of the working frame. The box lies inside the frame, except that
+// right and bottom of method 2 may be the frame's width and height.
 struct MdObject {
     uint8_t bValid;  // 1 when a method filled this slot
-    uint16_t left;   // edges, both ends inside the frame
+    uint16_t left;   // edges
     uint16_t right;
     uint16_t top;
     uint16_t bottom;
