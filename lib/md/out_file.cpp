@@ -16,11 +16,10 @@ void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes) {
     if (std::fwrite(pBytes, 1, nBytes, pOut->pFile) != nBytes) pOut->bShort = true;
 }
 
-void RefuseToOverwrite(const char* szPath, const char* szInput) {
-    std::error_code tNone;  // a file that is not there is none
+void RefuseToOverwrite(const char* szPath, const char* szInput, ExitStatus status) {
+    std::error_code tNone;  // a missing file is not the input
     if (szInput == nullptr || !std::filesystem::equivalent(szPath, szInput, tNone)) return;
-    EndRun(stdout, kExitRefused, "ERROR: %s is this run's input and would be overwritten\n",
-           szPath);
+    EndRun(stdout, status, "ERROR: %s is this run's input and would be overwritten\n", szPath);
 }
 
 void OutFileClose(OutFile* pOut) {

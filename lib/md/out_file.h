@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "md/exit_status.h"
+
 struct OutFile {
     std::FILE* pFile = nullptr;    // null while closed
     const char* szPath = nullptr;  // the opener's buffer; must outlive the open file
@@ -18,9 +20,9 @@ struct OutFile {
 
 void OutFileWrite(OutFile* pOut, const void* pBytes, std::size_t nBytes);
 
-// Ends the run with status -1 if `szPath` is `szInput` under whatever name: opened to write, it
-// would be empty before it is read. A null input is no file.
-void RefuseToOverwrite(const char* szPath, const char* szInput);
+// Ends the run with `status` if `szPath` and `szInput` are the same file, under whatever names:
+// opened for writing, the input would be emptied before it is read. A null input is no file.
+void RefuseToOverwrite(const char* szPath, const char* szInput, ExitStatus status);
 
 // Closes and resets the record; does nothing if it is closed already.
 void OutFileClose(OutFile* pOut);

@@ -28,7 +28,7 @@ char szPreInput[kDerivedPathSize];
 char szScaledInput[kDerivedPathSize];
 
 std::string InFolder(const char* szFolder) {
-    return CommandWord(szFolder) + cPathSep;
+    return CommandFolder(szFolder, cPathSep);
 }
 
 template <typename... Args>

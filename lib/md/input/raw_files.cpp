@@ -15,7 +15,7 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
     // A size in a name has no limit: it may be beyond what a 32-bit system can count.
     const bool bCounts = nFrame == (nPixels * 3) >> 1;
     std::FILE* pIn = OpenToRead(szInput);
-    RefuseToOverwrite(szOutput, szInput);
+    RefuseToOverwrite(szOutput, szInput, kExitInput);
     OutFile tOut;
     const bool bOut = OutFileOpen(&tOut, szOutput);
     uint8_t* pFrame = bCounts ? static_cast<uint8_t*>(std::malloc(nFrame)) : nullptr;
@@ -39,7 +39,7 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
 void copyfile(const char* szDestination, const char* szSource) {
     std::FILE* pIn = OpenToRead(szSource);
     if (pIn == nullptr) EndRun(stderr, kExitInput, "[ERROR] copyfile: src %s error\n", szSource);
-    RefuseToOverwrite(szDestination, szSource);
+    RefuseToOverwrite(szDestination, szSource, kExitInput);
     OutFile tOut;
     if (!OutFileOpen(&tOut, szDestination)) {
         EndRun(stderr, kExitInput, "[ERROR] copyfile: dst %s error\n", szDestination);

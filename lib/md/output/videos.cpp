@@ -23,8 +23,8 @@ bool VideoOn(DebugBit nBit) {
 void OpenVideo(OutputVideo* pVideo, const char* szName, const char* szOutputPath, int32_t nWidth) {
     ComposePath(pVideo->szPath, kExitRefused, "%s/%s_%dx%d_P420.yuv", szOutputPath, szName, nWidth,
                 nMdHeight);
-    RefuseToOverwrite(pVideo->szPath, tSimParams.InputFilePath);
-    RefuseToOverwrite(pVideo->szPath, tSimParams.pScaledInputPath);
+    RefuseToOverwrite(pVideo->szPath, tSimParams.InputFilePath, kExitRefused);
+    RefuseToOverwrite(pVideo->szPath, tSimParams.pScaledInputPath, kExitRefused);
     if (!OutFileOpen(&pVideo->tFile, pVideo->szPath)) {
         EndRun(stdout, kExitRefused, "open %s file %s error\n", szName, pVideo->szPath);
     }
@@ -103,11 +103,11 @@ void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth)
     const int32_t nHeight = nMdHeight;
     const char* szOutputPath = tSimParams.OutputFilePath;
     if (!FitText(cmd,
-                 "%s%cffmpeg %s -f rawvideo -pix_fmt yuv420p -s:v %dx%d -i %s -c:v libx264 "
-                 "%s%c%s_%dx%d_P420.mp4",
-                 CommandWord(pToolDir).c_str(), cPathSep, "-y -hide_banner -loglevel warning",
+                 "%sffmpeg %s -f rawvideo -pix_fmt yuv420p -s:v %dx%d -i %s -c:v libx264 "
+                 "%s%s_%dx%d_P420.mp4",
+                 CommandFolder(pToolDir, cPathSep).c_str(), "-y -hide_banner -loglevel warning",
                  nWidth, nHeight, CommandWord(tVideo.szPath).c_str(),
-                 CommandWord(szOutputPath).c_str(), cPathSep, szName, nWidth, nHeight)) {
+                 CommandFolder(szOutputPath, cPathSep).c_str(), szName, nWidth, nHeight)) {
         MdPrint("[Warning] command for %s is too long, no mp4 of it is made\n", tVideo.szPath);
         return;
     }

@@ -10,3 +10,8 @@ void RunTool(const char* szCommand) {
     std::fprintf(stderr, "[Warning] status %d, what it makes may be incomplete: %s\n", nStatus,
                  szCommand);
 }
+
+std::string CommandFolder(const char* szFolder, char cSep) {
+    const std::string sFolder = szFolder[0] == '\0' ? "" : CommandWord(szFolder);
+    return sFolder + cSep;
+}

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "md/platform/run_tool.h"
 #include "tests/support/program.h"
 
 TEST(CommandWord, ShellHandsEveryPathBackByteForByte) {
@@ -19,4 +20,10 @@ TEST(CommandWord, ShellHandsEveryPathBackByteForByte) {
     }
     EXPECT_TRUE(fs::is_empty(tFolder.Path())) << "something ran";
     EXPECT_EQ(CommandWord("az-AZ_09./:+,=@%"), "az-AZ_09./:+,=@%");
+}
+
+TEST(CommandFolder, EmptyFolderLeavesThePathAtTheRoot) {
+    EXPECT_EQ(CommandFolder("", '/') + "comp.mp4", "/comp.mp4");
+    EXPECT_EQ(CommandFolder("out", '\\') + "comp.mp4", "out\\comp.mp4");
+    EXPECT_EQ(CommandFolder("my out", '/') + "comp.mp4", "'my out'/comp.mp4");
 }
