@@ -3,28 +3,21 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
-#include <vector>
+#include <memory>
 
-#include "lab/tool/command.h"
+#include "lab/commands.h"
 #include "lab/tool/error.h"
 
 namespace {
 
-// A row for each subcommand, in the order of the help.
-const std::vector<lab::AddCommand*> kCommands = {};
-
 int Run(int argc, char** argv) {
-    CLI::App app{
-        "The companion of MD: compares its dumps, shows its decisions, tries its settings."};
     int status = lab::kSame;
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "mdlab " MD_VERSION);
-    for (lab::AddCommand* add : kCommands) add(&app, &status);
+    const std::unique_ptr<CLI::App> app = lab::MakeApp(&status);
     try {
-        app.parse(argc, argv);
+        app->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         // Help and version are "errors" with status 0 here.
-        return app.exit(error) == 0 ? lab::kSame : lab::kTrouble;
+        return app->exit(error) == 0 ? lab::kSame : lab::kTrouble;
     }
     return status;
 }

@@ -2,7 +2,7 @@
 //
 // A subcommand lives in the folder of its name. Its function adds it to the parser, with its
 // options and a callback that does the work and stores the exit status (lab/tool/error.h). One row
-// of the table in lab/main.cpp registers it.
+// of the table in lab/commands.cpp registers it.
 #pragma once
 
 #include <string>

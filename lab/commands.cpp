@@ -1,0 +1,27 @@
+#include "lab/commands.h"
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+#include "lab/tool/command.h"
+
+namespace lab {
+
+namespace {
+
+// A row for each subcommand, in the order of the help.
+const std::vector<AddCommand*> kCommands = {};
+
+}  // namespace
+
+std::unique_ptr<CLI::App> MakeApp(int* status) {
+    auto app = std::make_unique<CLI::App>(
+        "The companion of MD: compares its dumps, shows its decisions, tries its settings.",
+        "mdlab");
+    app->require_subcommand(1);
+    app->set_version_flag("--version", "mdlab " MD_VERSION);
+    for (AddCommand* add : kCommands) add(app.get(), status);
+    return app;
+}
+
+}  // namespace lab
