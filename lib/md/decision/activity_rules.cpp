@@ -9,6 +9,9 @@ namespace {
 // Active by a branch that sets no flags: reaches the map as 1.
 constexpr uint8_t kAvailUnflagged = 2;
 
+// The least distance that the rules on saturated distances ask of a block.
+constexpr int32_t kEdgeDist = 170;
+
 // The outcome of the rules: the avail byte and the repeat counter.
 struct Verdict {
     uint8_t nAvail;
@@ -64,7 +67,7 @@ Verdict ApplyRules(const MdParams& md, const Thresholds& th, const BlockView& v)
         const bool bSaturatedEdge =
             D == 255 && v.dUpLeft == 0 && v.dUp == 0 && v.dUpRight == 0 && v.dLeft >= 180;
         const bool bStrongEdge =
-            D >= 170 && v.dUpLeft <= 2 && v.dUp <= 2 && v.dUpRight <= 2 && v.dLeft >= 200;
+            D >= kEdgeDist && v.dUpLeft <= 2 && v.dUp <= 2 && v.dUpRight <= 2 && v.dLeft >= 200;
         if (bSaturatedPatch || bSaturatedEdge || bStrongEdge) {
             return {kAvailUnflagged, CountUp(cnt)};
         }
@@ -102,4 +105,17 @@ Activity DecideActivity(const MdParams& md, const Thresholds& th, const BlockVie
     }
     if (a.nAvail == kAvailUnflagged) a.nAvail = 1;
     return a;
+}
+
+// The proof, rule by rule of ApplyRules, for a distance D up to the limit. The rules on saturated
+// distances ask for kEdgeDist at least, and every limit is below it. The rule on highly active
+// neighbours asks for D > nBlkDistTh >> 4, and where there is one nHigh is not above that. "Over
+// the threshold" asks for D > nBlkDistThNn without active neighbours, for D > nBlkDistTh with some:
+// nUnflagged is not above the first, the two others are above neither, so they hold even for a view
+// that counts fewer flags. What is left is one repeat less; avail 0 sets no flag.
+QuietLimits QuietLimitsOf(const Thresholds& th) {
+    const auto Limit = [&](int32_t nBound) {
+        return static_cast<uint8_t>(std::min({th.nBlkDistThNn, nBound, kEdgeDist - 1}));
+    };
+    return {Limit(255), Limit(th.nBlkDistTh), Limit(th.nBlkDistTh >> 4)};
 }

@@ -36,3 +36,13 @@ struct Activity {
 };
 
 Activity DecideActivity(const MdParams& md, const Thresholds& th, const BlockView& v);
+
+// Distances up to which DecideActivity ends with avail 0, no flags and one repeat less (a counter
+// of 0 stays), whatever else the view holds. They depend on the flags of the block and its eight
+// neighbours.
+struct QuietLimits {
+    uint8_t nUnflagged;  // no flag among the nine
+    uint8_t nActive;     // some flag
+    uint8_t nHigh;       // some kStateHighActive
+};
+QuietLimits QuietLimitsOf(const Thresholds& th);
