@@ -3,15 +3,15 @@
 #include <cstddef>
 #include <cstdlib>
 
-#include "md/decision/fast_scan.h"
-#include "md/decision/frame_block_scan.h"
+#include "md/decision/block_walk.h"
+#include "md/decision/row_walk.h"
 #include "md/feature/kernel_path.h"
 #include "md/print.h"
 #include "md/run_state.h"
 
 namespace {
 
-FastScan* pFastScan;  // null on the plain path
+RowWalk* pRowWalk;  // null on the plain path
 
 template <typename T>
 void Allocate(T** ppMemory, size_t nCount, const char* szWhat) {
@@ -22,7 +22,7 @@ void Allocate(T** ppMemory, size_t nCount, const char* szWhat) {
 // On the fast path only dumps and box method 2 read the 200-byte records.
 bool RecordsWanted() {
     const MdParams& md = tSimParams.tMd;
-    return pFastScan == nullptr || (md.nDbgEn & kDbgFeatures) != 0 || md.nMD_PostProcMethod == 2;
+    return pRowWalk == nullptr || (md.nDbgEn & kDbgFeatures) != 0 || md.nMD_PostProcMethod == 2;
 }
 
 void AllocateHistory(size_t nBlocks) {
@@ -40,10 +40,10 @@ void FrameScanInit() {
     MdResult& res = tMdResult;
     const size_t nBlocks = static_cast<size_t>(res.nBlkW) * static_cast<size_t>(res.nBlkH);
     const KernelPath& tKernels = SelectedKernels();
-    pFastScan = nullptr;
+    pRowWalk = nullptr;
     if (tKernels.pCellRowSums != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
-        pFastScan = FastScanCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
-        RequireMemory(pFastScan != nullptr, "the block scan");
+        pRowWalk = RowWalkCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
+        RequireMemory(pRowWalk != nullptr, "the block scan");
     }
     if (RecordsWanted()) {
         for (BlockFeature*& pSlot : res.pFeaturePool) Allocate(&pSlot, nBlocks, "the feature pool");
@@ -51,7 +51,7 @@ void FrameScanInit() {
     Allocate(&res.pAvailMap, nBlocks + kMapSlack, "the avail map");
     Allocate(&res.pDistMap, nBlocks + kMapSlack, "the hogDist map");
     Allocate(&res.pAvailBits, (nBlocks + 7) >> 3, "the avail bitmap");
-    if (pFastScan == nullptr) AllocateHistory(nBlocks);
+    if (pRowWalk == nullptr) AllocateHistory(nBlocks);
 }
 
 void FrameScanRelease() {
@@ -62,8 +62,8 @@ void FrameScanRelease() {
     std::free(res.pAvailBits);
     if (res.ppHistory != nullptr) std::free(res.ppHistory[0]);
     std::free(res.ppHistory);
-    FastScanRelease(pFastScan);
-    pFastScan = nullptr;
+    RowWalkRelease(pRowWalk);
+    pRowWalk = nullptr;
 }
 
 void FrameScanRun() {
@@ -72,13 +72,13 @@ void FrameScanRun() {
     // The first frame is compared with itself, whatever the reference mode.
     const int32_t nCurSlot = md.CurFrmId % (md.nMD_RefFrmIdx + 1);
     const int32_t nRefSlot = md.CurFrmId == 0 ? nCurSlot : md.RefBufIdx;
-    if (pFastScan == nullptr) {
+    if (pRowWalk == nullptr) {
         FrameBlockScan_NormalHog(&md, tFrameBuffers.pCurYuv, nMdWidth, nMdHeight,
                                  &res.aGaussWin[0][0], res.pCurFeat, res.pFeaturePool[nRefSlot],
                                  res.pAvailMap, res.pDistMap, res.ppHistory);
         return;
     }
-    FrameBlockScan_Fast(pFastScan, &md, tFrameBuffers.pCurYuv, nCurSlot, nRefSlot, res.pAvailMap,
-                        res.pDistMap);
-    if (RecordsWanted()) FastScanExpand(pFastScan, nCurSlot, res.pCurFeat);
+    RowWalkFrame(pRowWalk, &md, tFrameBuffers.pCurYuv, nCurSlot, nRefSlot, res.pAvailMap,
+                 res.pDistMap);
+    if (RecordsWanted()) RowWalkExpand(pRowWalk, nCurSlot, res.pCurFeat);
 }

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "app/frame_scan.h"
-#include "md/decision/frame_block_scan.h"
+#include "md/block_grid.h"
 #include "md/feature/gaussian_window.h"
 #include "md/object/post_proc.h"
 #include "md/object/projection_box.h"

@@ -5,8 +5,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "md/decision/fast_scan.h"
-#include "md/decision/frame_block_scan.h"
+#include "md/block_grid.h"
+#include "md/decision/block_walk.h"
+#include "md/decision/row_walk.h"
 #include "md/feature/gaussian_window.h"
 #include "md/output/text_out.h"
 
@@ -83,14 +84,14 @@ void Fast(benchmark::State& tState, const KernelPath& tPath) {
     Scene s(static_cast<int32_t>(tState.range(0)));
     const auto n = static_cast<size_t>(s.Blocks() + kMapSlack);
     std::vector<uint8_t> aAvail(n), aDist(n);
-    FastScan* pScan = FastScanCreate(tPath, &s.md, kWidth, kHeight, s.aGauss);
+    RowWalk* pScan = RowWalkCreate(tPath, &s.md, kWidth, kHeight, s.aGauss);
     for (int32_t f = 0; auto _ : tState) {
         s.SetFrame(f);
-        FrameBlockScan_Fast(pScan, &s.md, s.aLuma[f % kFrames].data(), f % 4, s.md.RefBufIdx,
+        RowWalkFrame(pScan, &s.md, s.aLuma[f % kFrames].data(), f % 4, s.md.RefBufIdx,
                             aAvail.data(), aDist.data());
         ++f;
     }
-    FastScanRelease(pScan);
+    RowWalkRelease(pScan);
     tState.SetItemsProcessed(tState.iterations() * s.Blocks());
 }
 
@@ -145,7 +146,7 @@ BENCHMARK(BM_TextPrint)->ArgName("plain")->Arg(0)->Arg(1);
 
 void Register(const KernelPath& t) {
     const std::string sName = t.szName;
-    benchmark::RegisterBenchmark(("BM_FrameBlockScan_Fast/" + sName).c_str(), Fast, t)
+    benchmark::RegisterBenchmark(("BM_RowWalkFrame/" + sName).c_str(), Fast, t)
         ->ArgName("padding")
         ->DenseRange(0, 2);
     benchmark::RegisterBenchmark(("BM_CellRowSums/" + sName).c_str(), CellRows, t.pCellRowSums)

@@ -7,9 +7,16 @@ constexpr uint32_t kStateRepeatMask = 15;  // bits 0-3, nRepeatCnt: saturates at
 constexpr uint32_t kStateActive = 16;      // bit 4, bActive
 constexpr uint32_t kStateHighActive = 32;  // bit 5, bHighActive
 
+constexpr int kHistoryDepth = 3;  // frames whose distances are kept
+
+// Where the distance of the frame nBack frames before frame nFrame is kept; nBack is 0 to 2.
+constexpr int32_t HistorySlot(int32_t nFrame, int32_t nBack) {
+    return (nFrame + kHistoryDepth - nBack) % kHistoryDepth;
+}
+
 struct BlockHistory {
-    uint32_t aDist[3];  // 0 to 255 each; the distance of frame f is aDist[(f + 3) % 3]
-    uint32_t nState;    // repeat counter and the two flags; other bits are 0
+    uint32_t aDist[kHistoryDepth];  // 0 to 255 each, by HistorySlot
+    uint32_t nState;                // repeat counter and the two flags; other bits are 0
 };
 
 static_assert(sizeof(BlockHistory) == 16);

@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "md/decision/fast_scan.h"
-#include "md/decision/frame_block_scan.h"
+#include "md/block_grid.h"
+#include "md/decision/block_walk.h"
+#include "md/decision/luma_threshold.h"
+#include "md/decision/row_walk.h"
 #include "md/feature/gaussian_window.h"
 
 std::string Setting::Text() const {
@@ -99,8 +101,8 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
     std::vector<BlockHistory> aHistory(n);
     std::vector<BlockHistory*> apHistory;
     for (BlockHistory& t : aHistory) apHistory.push_back(&t);
-    FastScan* pScan =
-        pPath == nullptr ? nullptr : FastScanCreate(*pPath, &md, s.nWidth, s.nHeight, s.aGauss);
+    RowWalk* pScan =
+        pPath == nullptr ? nullptr : RowWalkCreate(*pPath, &md, s.nWidth, s.nHeight, s.aGauss);
     Walked w;
     nYDiffThreCarry = 0;
     for (size_t f = 0; f < aFrames.size(); ++f) {
@@ -117,8 +119,8 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
         } else {
             Plane aLuma = aFrames[f];
             aLuma.resize(aLuma.size() + kLumaSlack, 255);
-            FrameBlockScan_Fast(pScan, &md, aLuma.data(), nCur, nRef, aAvail.data(), aDist.data());
-            FastScanExpand(pScan, nCur, aCur.data());
+            RowWalkFrame(pScan, &md, aLuma.data(), nCur, nRef, aAvail.data(), aDist.data());
+            RowWalkExpand(pScan, nCur, aCur.data());
         }
         const auto nEnd = static_cast<ptrdiff_t>(n);
         w.aAvail.insert(w.aAvail.end(), aAvail.begin(), aAvail.begin() + nEnd);
@@ -126,7 +128,7 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
         w.aFeatures.insert(w.aFeatures.end(), aCur.begin(), aCur.end());
         w.aCarry.push_back(nYDiffThreCarry);
     }
-    FastScanRelease(pScan);
+    RowWalkRelease(pScan);
     return w;
 }
 

@@ -1,46 +1,12 @@
 #include "md/decision/block_decision.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdlib>
 
 #include "md/decision/activity_rules.h"
+#include "md/decision/distance.h"
 #include "md/print.h"
 
 namespace {
-
-struct Distance {
-    int32_t iAccuDist;
-    int32_t DistWeight2;
-    int32_t iHOGDist;
-};
-
-// Ring word of the frame `nBack` frames back, 0 to 2.
-size_t RingSlot(int32_t nCurFrmId, int32_t nBack) {
-    return static_cast<size_t>((nCurFrmId + 3 - nBack) % 3);
-}
-
-Distance BlockDistance(const MdParams& md, const BlockFeature& tCur, const BlockFeature& tRef) {
-    const int32_t hc = tCur.histNorm2;
-    const int32_t hr = tRef.histNorm2;
-    Distance d{};
-    d.DistWeight2 =
-        md.nMD_HogDist_WeightMethod == 0 ? hc + std::abs(hc - hr) : hc + std::max(hc - hr, 0);
-    if ((md.nMD_MetricMode & kMetricMog) != 0) {
-        for (int32_t i = 0; i < kVectorSize; ++i) {
-            const int32_t nDiff = tCur.v[i] - tRef.v[i];
-            d.iAccuDist += nDiff * nDiff;
-        }
-        d.iAccuDist >>= md.nMD_HogBlockSize != md.nMD_HogCellSize ? 6 : 4;
-        // The product is 32 bits wide and wraps for large keys; a wrapped one counts as signed.
-        const uint32_t nProduct = static_cast<uint32_t>(d.iAccuDist) *
-                                  static_cast<uint32_t>(d.DistWeight2) *
-                                  static_cast<uint32_t>(md.nMD_HogDist_Scale2);
-        const int32_t m = md.nMD_HogNormalizeMode == 0 ? 4 : 12;
-        d.iHOGDist = std::min(static_cast<int32_t>(nProduct) >> m, 255);
-    }
-    return d;
-}
 
 // A null record is a block outside the grid. Later blocks have not been decided in this frame.
 void CountBlock(const BlockHistory* pBlock, bool bLater, NeighbourCounts* pCounts) {
@@ -92,8 +58,7 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
     if (bDetail) PrintRecords(md, *pCur, *pRef, nYDiffThre);
 
     const bool bDistNotAvail =
-        md.CurFrmId == md.RefBufIdx ||
-        (md.nMD_HogDistAvailCheck == 1 && std::abs(pCur->nAvgY - pRef->nAvgY) <= nYDiffThre);
+        IsOwnReference(md) || IsLumaStill(md, std::abs(pCur->nAvgY - pRef->nAvgY), nYDiffThre);
     if (!bCorrelation && bDistNotAvail) {
         *pAvail = 0;
         *pDist = 0;
@@ -101,12 +66,13 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
         return;
     }
 
-    const Distance tDistance = BlockDistance(md, *pCur, *pRef);
+    const Distance tDistance =
+        DistanceOf(DistanceSetupOf(md), pCur->v, pCur->histNorm2, pRef->v, pRef->histNorm2);
     *pDist = static_cast<uint8_t>(tDistance.iHOGDist);
     *pAvail = 1;
     const int32_t D = *pDist;
     // The ring keeps the computed distance, even where the block then reports 0.
-    if (bCorrelation) pCentre->aDist[RingSlot(md.CurFrmId, 0)] = static_cast<uint32_t>(D);
+    if (bCorrelation) pCentre->aDist[HistorySlot(md.CurFrmId, 0)] = static_cast<uint32_t>(D);
 
     if (bDistNotAvail) {
         *pAvail = 0;
@@ -117,7 +83,7 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
 
     if (bCorrelation) {
         const auto DistNow = [&md](const BlockHistory* p) {
-            return p != nullptr ? static_cast<int32_t>(p->aDist[RingSlot(md.CurFrmId, 0)]) : 0;
+            return p != nullptr ? static_cast<int32_t>(p->aDist[HistorySlot(md.CurFrmId, 0)]) : 0;
         };
         BlockView v{counts,
                     DistNow(pUp),
@@ -128,7 +94,7 @@ void BlockHogDistance_NormalHog(const MdParams* pParams, const BlockFeature* pCu
                     {},
                     pCentre->nState};
         for (int32_t i = 0; i < 3; ++i) {
-            v.d[i] = static_cast<uint8_t>(pCentre->aDist[RingSlot(md.CurFrmId, i)]);
+            v.d[i] = static_cast<uint8_t>(pCentre->aDist[HistorySlot(md.CurFrmId, i)]);
         }
         const Activity tActivity = DecideActivity(md, BlockThresholds(md, nYDiffThre), v);
         *pAvail = tActivity.nAvail;

@@ -3,7 +3,7 @@
 
 #include <climits>
 
-#include "md/decision/fast_scan.h"
+#include "md/decision/row_walk.h"
 #include "md/input/raw_files.h"
 #include "tests/support/walks.h"
 
@@ -20,7 +20,7 @@ TEST(FrameSizes, ScanBeyondMemoryIsNull) {
     s.md.nMD_HogBlockSize = 16;
     s.md.nMD_HogBlockStride = 8;
     for (const KernelPath& tPath : FastPaths()) {
-        EXPECT_EQ(FastScanCreate(tPath, &s.md, INT_MAX, INT_MAX, s.aGauss), nullptr);
+        EXPECT_EQ(RowWalkCreate(tPath, &s.md, INT_MAX, INT_MAX, s.aGauss), nullptr);
     }
 }
 #endif

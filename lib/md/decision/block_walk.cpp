@@ -1,13 +1,12 @@
-#include "md/decision/frame_block_scan.h"
+#include "md/decision/block_walk.h"
 
 #include <cstdlib>
 
+#include "md/block_grid.h"
 #include "md/decision/block_decision.h"
+#include "md/decision/luma_threshold.h"
 #include "md/feature/block_fetch.h"
 #include "md/feature/mog_feature.h"
-#include "md/print.h"
-
-int32_t nYDiffThreCarry;
 
 namespace {
 
@@ -30,22 +29,6 @@ void FetchBlock(const MdParams& md, const uint8_t* pY, int32_t nWidth, int32_t n
 }
 
 }  // namespace
-
-int32_t MeanThreshold(const MdParams& md, int32_t iYDiffSum, int32_t nBlocks) {
-    return ((iYDiffSum / nBlocks) * md.nMD_HogDist_AvgYDiffThre_Scale) >> 4;
-}
-
-void FinishThreshold(const MdParams& md, int32_t nBlkH, int32_t nYDiffThre) {
-    if (md.nMD_HogDist_AvgYDiffCalc_Method == kPerRow) {
-        MdPrint("blockLine=%d, nYDiffThreLine = %d\n", nBlkH - 1, nYDiffThre);
-    } else if (md.nMD_HogDist_AvgYDiffCalc_Method == kFromLastFrame) {
-        nYDiffThreCarry = nYDiffThre;
-    }
-}
-
-int32_t BlockCount(int32_t nPixels, const MdParams& md) {
-    return (nPixels - md.nMD_HogBlockSize) / md.nMD_HogBlockStride + 1;
-}
 
 void FrameBlockScan_NormalHog(const MdParams* pParams, const uint8_t* pY, int32_t nWidth,
                               int32_t nHeight, const uint8_t* pGaussWin, BlockFeature* pCurFeat,
@@ -103,7 +86,6 @@ void BlockDecide_NormalHog(const MdParams* pParams, int32_t nWidth, int32_t nHei
         const bool bInside = x + dx >= 0 && x + dx < nBlkW && y + dy >= 0 && y + dy < nBlkH;
         return bInside ? ppHistory[i + dy * nBlkW + dx] : nullptr;
     };
-    const int32_t bAllNeighborsAvail = 0 < x && x < nBlkW - 1 && 0 < y && y < nBlkH - 1 ? 1 : 0;
     BlockHogDistance_NormalHog(pParams, &pCurFeat[i], &pRefFeat[i], nYDiffThre, &pAvailMap[i],
                                &pDistMap[i], ppHistory[i], Record(0, -1),  // up
                                Record(-1, 0),                              // left
@@ -113,5 +95,5 @@ void BlockDecide_NormalHog(const MdParams* pParams, int32_t nWidth, int32_t nHei
                                Record(1, 0),                               // right
                                Record(1, 1),                               // down-right
                                Record(-1, 1),                              // down-left
-                               bAllNeighborsAvail);
+                               HasAllNeighbours(x, y, nBlkW, nBlkH) ? 1 : 0);
 }

@@ -1,6 +1,9 @@
-// Walks the block grid of one frame in raster order: window, feature record, running luma
-// difference, decision. With threshold method 0 the decisions run one block row behind, because the
-// luma threshold of a row is a mean over all rows up to it.
+// The block walk: the grid of one frame block by block in raster order; window, feature record,
+// running luma difference, decision. It is the definition of what a frame's scan computes, and
+// nothing in it is written for speed: row_walk.h does that.
+//
+// With threshold method 0 the decisions run one block row after the features, because the luma
+// threshold of a row is a mean over all rows up to it.
 #pragma once
 
 #include <cstdint>
@@ -8,22 +11,6 @@
 #include "md/block_feature.h"
 #include "md/block_history.h"
 #include "md/sim_params.h"
-
-// Luma threshold of the last frame, for threshold method 2 alone.
-extern int32_t nYDiffThreCarry;
-
-// Values of nMD_HogDist_AvgYDiffCalc_Method: when the luma threshold is formed.
-enum ThresholdMethod : int32_t { kPerRow = 0, kRunning = 1, kFromLastFrame = 2 };
-
-// Blocks along one axis of the frame.
-int32_t BlockCount(int32_t nPixels, const MdParams& md);
-
-// Luma threshold over the first nBlocks blocks. The mean comes first and is an integer before the
-// scale (sixteenths) applies.
-int32_t MeanThreshold(const MdParams& md, int32_t iYDiffSum, int32_t nBlocks);
-
-// The end of a frame's scan: method 0 prints the threshold over all blocks, method 2 keeps it.
-void FinishThreshold(const MdParams& md, int32_t nBlkH, int32_t nYDiffThre);
 
 // Scans one frame. `pY`: luma plane, row pitch nWidth. `pGaussWin`: 32 x 32 weights. Per-block
 // tables in raster order: `pCurFeat` is written, `pRefFeat` read (both may be one array), maps and

@@ -1,6 +1,6 @@
 // The fast walk and its kernels against the plain walk: every map, every record, over all small
 // sizes, border modes, tap patterns and kinds of picture.
-#include "md/decision/fast_scan.h"
+#include "md/decision/row_walk.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "md/decision/frame_block_scan.h"
+#include "md/decision/block_walk.h"
+#include "md/decision/luma_threshold.h"
 #include "md/feature/inv_sqrt.h"
 #include "tests/support/walks.h"
 
@@ -69,7 +70,7 @@ void ExpectEqualWalks(Rng& rng, const Setting& s) {
 
 }  // namespace
 
-TEST(FastScan, EverySmallSizeEqualsPlainWalk) {
+TEST(RowWalk, EverySmallSizeEqualsPlainWalk) {
     testing::internal::CaptureStdout();  // the method 0 lines
     Rng rng(20261122);
     for (int32_t h = 16; h <= 64 && !HasFailure(); ++h) {
@@ -80,7 +81,7 @@ TEST(FastScan, EverySmallSizeEqualsPlainWalk) {
     testing::internal::GetCapturedStdout();
 }
 
-TEST(FastScan, ChunksAndGroupsMeetInWideFrames) {
+TEST(RowWalk, ChunksAndGroupsMeetInWideFrames) {
     testing::internal::CaptureStdout();
     Rng rng(7);
     for (const int32_t w : {263, 264, 265, 272, 280, 391, 519, 520, 528, 640, 1920}) {
@@ -124,7 +125,7 @@ BlockFeature RecordAt(int32_t d) {
 
 }  // namespace given
 
-TEST(FastScan, DecidesAsThePlainRulesOnEveryBound) {
+TEST(RowWalk, DecidesAsThePlainRulesOnEveryBound) {
     Rng rng(5);
     const KernelPath tPath{"given", given::NoSums, given::Row};
     const std::vector<int32_t> aBounds = {0,   1,   2,   3,   9,   10,  11,  20,  169, 170,
@@ -147,7 +148,7 @@ TEST(FastScan, DecidesAsThePlainRulesOnEveryBound) {
         std::vector<BlockHistory> aHistory(n);
         std::vector<BlockHistory*> apHistory;
         for (BlockHistory& t : aHistory) apHistory.push_back(&t);
-        FastScan* pScan = FastScanCreate(tPath, &md, w, h, s.aGauss);
+        RowWalk* pScan = RowWalkCreate(tPath, &md, w, h, s.aGauss);
         const int32_t nQuiet = Pick(rng, 0, 3);  // of four blocks
         nYDiffThreCarry = 0;
         for (md.CurFrmId = 0; md.CurFrmId < 8; ++md.CurFrmId) {
@@ -170,13 +171,13 @@ TEST(FastScan, DecidesAsThePlainRulesOnEveryBound) {
                                       nYDiffThreCarry, aAvail.data(), aDist.data(),
                                       apHistory.data());
             }
-            FrameBlockScan_Fast(pScan, &md, nullptr, 0, 0, aFastAvail.data(), aFastDist.data());
+            RowWalkFrame(pScan, &md, nullptr, 0, 0, aFastAvail.data(), aFastDist.data());
             aFastAvail.resize(n);
             aFastDist.resize(n);
             ASSERT_EQ(aAvail, aFastAvail) << nRun << " frame " << md.CurFrmId << s.Text();
             ASSERT_EQ(aDist, aFastDist) << nRun << " frame " << md.CurFrmId << s.Text();
         }
-        FastScanRelease(pScan);
+        RowWalkRelease(pScan);
     }
 }
 
@@ -220,7 +221,7 @@ TEST(CellSums, InverseRootEqualsDigitLoopOverWholeDomain) {
 }
 
 // The comparison itself must notice a single wrong byte.
-TEST(FastScan, ComparisonReportsPlantedFault) {
+TEST(RowWalk, ComparisonReportsPlantedFault) {
     testing::internal::CaptureStdout();
     Rng rng(1);
     Setting s = PickRandom(rng, 40, 40);

@@ -1,0 +1,33 @@
+// The row walk: what the block walk (block_walk.h) computes, a block row at a time. Runs use it by
+// default; the block walk is its definition.
+//
+// Distances need only two rows of feature records, and a row's luma threshold only the rows up to
+// it. So features and distances of a whole row come first (the row kernels, cell_sums.h), and its
+// decisions follow in raster order (row_decision.h).
+#pragma once
+
+#include <cstdint>
+
+#include "md/feature/kernel_path.h"
+#include "md/md_result.h"
+#include "md/sim_params.h"
+
+struct RowWalk;
+
+// Allocates what a run needs; null when there is no memory. `pGaussWin`: 32 x 32 weights.
+RowWalk* RowWalkCreate(const KernelPath& tKernels, const MdParams* pParams, int32_t nWidth,
+                       int32_t nHeight, const uint8_t* pGaussWin);
+void RowWalkRelease(RowWalk* pScan);  // null is passed over
+
+// Bytes that the maps need beyond their blocks: rows are written sixteen blocks at a time.
+constexpr int32_t kMapSlack = 16;
+
+// Scans one frame; see FrameBlockScan_NormalHog. Slots number the feature ring, 0 to 14; they may
+// be one slot. `pY` is readable for kLumaSlack bytes after its end, as a frame with its chroma is.
+// Prints the line of threshold method 0; reads and writes nYDiffThreCarry. It prints no detail
+// lines: a run that wants them takes the block walk.
+void RowWalkFrame(RowWalk* pScan, const MdParams* pParams, const uint8_t* pY, int32_t nCurSlot,
+                  int32_t nRefSlot, uint8_t* pAvailMap, uint8_t* pDistMap);
+
+// Writes the 200-byte records of a slot, which dumps and box method 2 read.
+void RowWalkExpand(const RowWalk* pScan, int32_t nSlot, BlockFeature* pFeatures);
