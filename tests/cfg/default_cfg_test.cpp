@@ -9,19 +9,9 @@
 #include "md/cfg_top/input_map.h"
 #include "md/run_state.h"
 #include "tests/support/program.h"
+#include "tools/settings_doc.h"
 
 namespace {
-
-// What the file says behind a value, from the input map's row.
-std::string RangeText(const InputMapEntry& tRow) {
-    if (tRow.Type == kTypeString) return "text, default empty";
-    std::ostringstream t;
-    if (tRow.LimitKind == kLimitBoth) t << tRow.MinLimit << " to " << tRow.MaxLimit;
-    if (tRow.LimitKind == kLimitLower) t << "at least " << tRow.MinLimit;
-    if (tRow.LimitKind == kLimitNone) t << "any value";
-    t << ", default " << tRow.Default;
-    return t.str();
-}
 
 template <typename Record>
 bool Within(const void* p, const Record& tRecord) {
