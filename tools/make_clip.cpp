@@ -1,140 +1,20 @@
-// make_clip WIDTH HEIGHT FRAMES OUT: writes a raw planar 4:2:0 clip of a textured figure that walks
-// from left to right across a textured still scene, with sensor noise. Integer arithmetic and a
-// fixed hash only: the same arguments give the same bytes on every machine.
+// make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...: writes a raw planar 4:2:0 clip of a figure
+// that walks through a scene, or, where names are given, of squares on a ground (squares.h). The
+// same arguments give the same bytes on every machine.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
+#include <functional>
+#include <string>
+
+#include "tools/squares.h"
+#include "tools/walker.h"
 
 namespace {
 
 constexpr int32_t kMinSize = 16;
 constexpr int32_t kMaxSize = 4096;
 constexpr int32_t kMaxFrames = 10000;
-constexpr int32_t kStepFrames = 16;  // frames of one full swing of the legs
-
-struct Colour {
-    int32_t nY, nU, nV;
-};
-
-constexpr Colour kWall = {150, 118, 138};
-constexpr Colour kGround = {104, 116, 122};
-constexpr Colour kSkin = {190, 108, 150};
-constexpr Colour kJacket = {40, 116, 176};
-constexpr int32_t kCheck = 150;  // luma of a light check of the jacket above its dark ones
-constexpr Colour kTrousers = {44, 140, 124};
-
-struct Clip {
-    int32_t nWidth;   // luma pixels, even
-    int32_t nHeight;  // luma pixels, even
-    int32_t nFrames;
-};
-
-// Where the figure stands in a frame.
-struct Pose {
-    int32_t nCentre;  // x of its middle, pixels
-    int32_t nTop;     // y of its crown, pixels
-    int32_t nTall;    // height, pixels
-    int32_t nSwing;   // of the front foot, -14 to 14 hundredths of the height
-};
-
-uint32_t Hash(uint32_t nX, uint32_t nY, uint32_t nSeed) {
-    uint32_t n = nX * 0x9E3779B1U ^ nY * 0x85EBCA77U ^ nSeed * 0xC2B2AE3DU;
-    n = (n ^ (n >> 15)) * 0x2C1B3C6DU;
-    n = (n ^ (n >> 12)) * 0x297A2D39U;
-    return n ^ (n >> 15);
-}
-
-// Noise on a lattice of nCell pixels, blended between its corners: 0 to 255.
-int32_t Texture(int32_t nX, int32_t nY, int32_t nCell, uint32_t nSeed) {
-    const auto Corner = [&](int32_t nDx, int32_t nDy) {
-        return static_cast<int32_t>(Hash(static_cast<uint32_t>(nX / nCell + nDx),
-                                         static_cast<uint32_t>(nY / nCell + nDy), nSeed) &
-                                    255U);
-    };
-    const int32_t fx = nX % nCell;
-    const int32_t fy = nY % nCell;
-    const int32_t nUpper = Corner(0, 0) * (nCell - fx) + Corner(1, 0) * fx;
-    const int32_t nLower = Corner(0, 1) * (nCell - fx) + Corner(1, 1) * fx;
-    return (nUpper * (nCell - fy) + nLower * fy) / (nCell * nCell);
-}
-
-// A brick wall over the upper part, rough ground below.
-Colour SceneAt(int32_t x, int32_t y, const Clip& tClip) {
-    if (y >= tClip.nHeight * 2 / 5) {
-        const int32_t nRough = Texture(x, y, 5, 1) + Texture(x, y, 17, 2);
-        return {kGround.nY + (nRough - 256) / 6, kGround.nU, kGround.nV};
-    }
-    const int32_t nRow = y / 10;
-    const bool bJoint = y % 10 == 0 || (x + (nRow % 2) * 12) % 24 == 0;
-    const int32_t nStain = Texture(x, y, 23, 3) - 128;
-    return {kWall.nY + nStain / 6 - (bJoint ? 40 : 0), kWall.nU, kWall.nV};
-}
-
-Pose PoseAt(int32_t nFrame, const Clip& tClip) {
-    Pose t{};
-    t.nTall = tClip.nHeight * 9 / 20;
-    t.nTop = tClip.nHeight * 2 / 5;
-    // From a tenth of the width to nine tenths.
-    t.nCentre = tClip.nWidth / 10 + tClip.nWidth * 4 * nFrame / (5 * tClip.nFrames);
-    const int32_t nPhase = nFrame % kStepFrames * 56 / kStepFrames;  // 0 to 55
-    t.nSwing = nPhase < 28 ? nPhase - 14 : 42 - nPhase;
-    return t;
-}
-
-int32_t Distance(int32_t a, int32_t b) {
-    return std::abs(a - b);
-}
-
-// Colour of the figure at a pixel; false where the scene shows.
-bool FigureAt(int32_t x, int32_t y, const Pose& tPose, Colour* pColour) {
-    // In hundredths of the figure's height, from its crown.
-    const int32_t u = (x - tPose.nCentre) * 100 / tPose.nTall;
-    const int32_t v = (y - tPose.nTop) * 100 / tPose.nTall;
-    if (y < tPose.nTop || v >= 100 || Distance(u, 0) > 24) return false;
-    const int32_t nLeg = tPose.nSwing * (v - 52) / 48;
-    const int32_t nArm = -tPose.nSwing * (v - 18) / 34;
-    if (u * u + (v - 8) * (v - 8) <= 64) {
-        *pColour = kSkin;
-    } else if (v >= 17 && v < 54 && Distance(u, 0) <= 10) {
-        *pColour = kJacket;
-        if ((v / 6 + (u + 60) / 6) % 2 != 0) pColour->nY += kCheck;
-    } else if (v >= 18 && v < 52 && (Distance(u, nArm) <= 4 || Distance(u, -nArm) <= 4)) {
-        *pColour = kJacket;
-    } else if (v >= 52 && (Distance(u, nLeg) <= 5 || Distance(u, -nLeg) <= 5)) {
-        *pColour = kTrousers;
-    } else {
-        return false;
-    }
-    return true;
-}
-
-// A pixel as the sensor sees it: noise of 3 levels to either side on luma.
-uint8_t Sensed(int32_t nValue, int32_t x, int32_t y, int32_t nFrame) {
-    const uint32_t n = Hash(static_cast<uint32_t>(x), static_cast<uint32_t>(y),
-                            static_cast<uint32_t>(nFrame) + 100U);
-    const int32_t nNoisy = nValue + static_cast<int32_t>(n % 4U + (n >> 8) % 4U) - 3;
-    return static_cast<uint8_t>(nNoisy < 0 ? 0 : nNoisy > 255 ? 255 : nNoisy);
-}
-
-void MakeFrame(int32_t nFrame, const Clip& tClip, std::vector<uint8_t>* pFrame) {
-    const Pose tPose = PoseAt(nFrame, tClip);
-    const auto nPixels = static_cast<size_t>(tClip.nWidth) * static_cast<size_t>(tClip.nHeight);
-    uint8_t* pY = pFrame->data();
-    uint8_t* pU = pY + nPixels;
-    uint8_t* pV = pU + nPixels / 4;
-    for (int32_t y = 0; y < tClip.nHeight; ++y) {
-        for (int32_t x = 0; x < tClip.nWidth; ++x) {
-            Colour tColour = SceneAt(x, y, tClip);
-            FigureAt(x, y, tPose, &tColour);
-            *pY++ = Sensed(tColour.nY, x, y, nFrame);
-            if (x % 2 == 0 && y % 2 == 0) {
-                *pU++ = static_cast<uint8_t>(tColour.nU);
-                *pV++ = static_cast<uint8_t>(tColour.nV);
-            }
-        }
-    }
-}
 
 bool ReadNumber(const char* szText, int32_t nMin, int32_t nMax, int32_t* pValue) {
     char* pEnd = nullptr;
@@ -144,37 +24,52 @@ bool ReadNumber(const char* szText, int32_t nMin, int32_t nMax, int32_t* pValue)
     return true;
 }
 
-int WriteClip(const Clip& tClip, const char* szPath) {
+int WriteClip(const char* szPath, int32_t nFrames, int32_t nTail,
+              const std::function<std::string(int32_t)>& fnFrame) {
     std::FILE* pFile = std::fopen(szPath, "wb");
     if (pFile == nullptr) {
         std::fprintf(stderr, "make_clip: cannot write %s\n", szPath);
         return 1;
     }
-    std::vector<uint8_t> aFrame(static_cast<size_t>(tClip.nWidth) *
-                                static_cast<size_t>(tClip.nHeight) * 3 / 2);
     bool bWhole = true;
-    for (int32_t n = 0; n < tClip.nFrames; ++n) {
-        MakeFrame(n, tClip, &aFrame);
-        bWhole &= std::fwrite(aFrame.data(), 1, aFrame.size(), pFile) == aFrame.size();
-    }
+    const auto Write = [&](const std::string& s) {
+        bWhole &= std::fwrite(s.data(), 1, s.size(), pFile) == s.size();
+    };
+    for (int32_t n = 0; n < nFrames; ++n) Write(fnFrame(n));
+    Write(std::string(static_cast<size_t>(nTail), 'x'));
     bWhole &= std::fclose(pFile) == 0;
     if (!bWhole) std::fprintf(stderr, "make_clip: %s came out short\n", szPath);
     return bWhole ? 0 : 1;
 }
 
+int Usage() {
+    std::fprintf(stderr,
+                 "usage: make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...\n"
+                 "  WIDTH, HEIGHT: %d to %d, even for the walking figure; FRAMES: 1 to %d; OUT: a\n"
+                 "  raw 4:2:0 file. Names, for the squares: squares size stepy speed boil stop\n"
+                 "  from to contrast noise flicker cut tail\n",
+                 kMinSize, kMaxSize, kMaxFrames);
+    return 2;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    Clip tClip{};
-    if (argc != 5 || !ReadNumber(argv[1], kMinSize, kMaxSize, &tClip.nWidth) ||
-        !ReadNumber(argv[2], kMinSize, kMaxSize, &tClip.nHeight) ||
-        !ReadNumber(argv[3], 1, kMaxFrames, &tClip.nFrames) || tClip.nWidth % 2 != 0 ||
-        tClip.nHeight % 2 != 0) {
-        std::fprintf(stderr,
-                     "usage: make_clip WIDTH HEIGHT FRAMES OUT\n"
-                     "  WIDTH, HEIGHT: even, %d to %d; FRAMES: 1 to %d; OUT: a raw 4:2:0 file\n",
-                     kMinSize, kMaxSize, kMaxFrames);
-        return 2;
+    WalkerClip tWalker{};
+    SquaresClip tSquares;
+    int32_t &w = tWalker.nWidth, &h = tWalker.nHeight, &nFrames = tWalker.nFrames;
+    if (argc < 5 || !ReadNumber(argv[1], kMinSize, kMaxSize, &w) ||
+        !ReadNumber(argv[2], kMinSize, kMaxSize, &h) ||
+        !ReadNumber(argv[3], 1, kMaxFrames, &nFrames)) {
+        return Usage();
     }
-    return WriteClip(tClip, argv[4]);
+    if (argc == 5) {
+        if (w % 2 != 0 || h % 2 != 0) return Usage();
+        return WriteClip(argv[4], nFrames, 0, [&](int32_t n) { return WalkerFrame(tWalker, n); });
+    }
+    for (int i = 5; i < argc; ++i) {
+        if (!SquaresSet(&tSquares, argv[i]) || tSquares.nTail < 0) return Usage();
+    }
+    return WriteClip(argv[4], nFrames, tSquares.nTail,
+                     [&](int32_t n) { return SquaresFrame(tSquares, w, h, n); });
 }

@@ -6,13 +6,13 @@
 #include <string>
 
 #include "app/frame_reader.h"
-#include "tests/support/clip.h"
 #include "tests/support/program.h"
+#include "tools/squares.h"
 
 namespace {
 
 constexpr size_t kFrame = 32 * 32 * 3 / 2;
-const std::string sClip = ClipBytes({.nFrames = 2, .nNoise = 9, .nTail = 100}, 32, 32);
+const std::string sClip = SquaresBytes({.nFrames = 2, .nNoise = 9, .nTail = 100}, 32, 32);
 
 }  // namespace
 
@@ -60,10 +60,10 @@ TEST(Fault, MissingMemoryForSettingsShowsOnStandardError) {
     while (sName.size() < 130000) sName = "./" + sName;
     bool bSeen = false;
     for (int32_t nKb = 3000; !bSeen && nKb < 100000; nKb += 40) {
-        const Outcome t = RunProgram(tFolder.Path(), {"sh", "-c",
-                                                      "ulimit -v " + std::to_string(nKb) +
-                                                          "\nexec \"$0\" -d \"$1\"",
-                                                      MD_PROGRAM, sName});
+        const Outcome t =
+            RunProgram(tFolder.Path(),
+                       {"sh", "-c", "ulimit -v " + std::to_string(nKb) + "\nexec \"$0\" -d \"$1\"",
+                        MD_PROGRAM, sName});
         EXPECT_EQ(t.sOut.find("no memory"), std::string::npos);
         bSeen = t.nExit == 1 && t.sErr == "ERROR: no memory for a text\n";
     }

@@ -10,8 +10,8 @@
 #include <sstream>
 
 #include "md/cfg_top/cfg_text.h"
-#include "tests/support/clip.h"
 #include "tests/support/program.h"
+#include "tools/squares.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ namespace {
 std::unique_ptr<TempFolder> NewFolder() {
     auto p = std::make_unique<TempFolder>();
     CopyMd(p->Path());
-    WriteAll(*p / "in.yuv", ClipBytes({.nFrames = 2, .nSpeed = 7, .nTail = 100}, 32, 32));
+    WriteAll(*p / "in.yuv", SquaresBytes({.nFrames = 2, .nSpeed = 7, .nTail = 100}, 32, 32));
     WriteAll(*p / "a.cfg", BaseConfig(32, 32));
     fs::create_directory_symlink(cfgDirName(MD_PROGRAM), *p / "tools");
     fs::create_directory_symlink(MD_SOURCE_DIR, *p / "source");

@@ -8,7 +8,7 @@
 
 #include "md/cfg_top/input_map.h"
 #include "md/run_state.h"
-#include "tests/support/program.h"
+#include "tests/support/files.h"
 #include "tools/settings_doc.h"
 
 namespace {

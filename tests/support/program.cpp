@@ -5,32 +5,10 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-TempFolder::TempFolder() {
-    std::string sName = (fs::temp_directory_path() / "md_test_XXXXXX").string();
-    if (mkdtemp(sName.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    tPath = sName;
-}
-
-TempFolder::~TempFolder() {
-    std::error_code tIgnored;
-    fs::remove_all(tPath, tIgnored);
-}
-
-std::string ReadAll(const fs::path& tPath) {
-    std::ifstream tFile(tPath, std::ios::binary);
-    if (!tFile) throw std::runtime_error("cannot read " + tPath.string());
-    std::ostringstream tText;
-    tText << tFile.rdbuf();
-    return tText.str();
-}
-
-void WriteAll(const fs::path& tPath, const std::string& sBytes) {
-    std::ofstream(tPath, std::ios::binary) << sBytes;
-}
+#include "md/feature/kernel_path.h"
 
 Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArguments) {
     const TempFolder tCapture;
@@ -59,6 +37,23 @@ Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions)
     std::vector<std::string> aArguments = {MD_PROGRAM};
     aArguments.insert(aArguments.end(), aOptions.begin(), aOptions.end());
     return RunProgram(tFolder, aArguments);
+}
+
+std::vector<std::string> KernelNames() {
+    std::vector<std::string> a;
+    for (const KernelPath& t : OfferedKernels()) a.emplace_back(t.szName);
+    return a;
+}
+
+Files WholeRun(const fs::path& tFolder, const std::string& sKernels) {
+    fs::remove_all(tFolder / "out");
+    const Outcome t =
+        RunProgram(tFolder, {"env", "MD_KERNELS=" + sKernels, MD_PROGRAM, "-d", "a.cfg"});
+    std::ostringstream tText;
+    if (t.nExit != 0) throw std::runtime_error((tText << t, tText.str()));
+    Files a = ReadFolder(tFolder / "out");
+    a["stdout"] = t.sOut;
+    return a;
 }
 
 void CopyMd(const fs::path& tFolder) {

@@ -1,11 +1,11 @@
 // Running MD as a child process in a folder of its own, and looking at what it left.
 #pragma once
 
-#include <filesystem>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
-namespace fs = std::filesystem;
+#include "tests/support/files.h"
 
 struct Outcome {
     int nExit;         // exit status as a parent sees it; 128 + signal for a killed process
@@ -13,28 +13,19 @@ struct Outcome {
     std::string sErr;  // standard error
 };
 
-// A new empty folder, removed with what it holds when the object goes.
-class TempFolder {
-  public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-    const fs::path& Path() const { return tPath; }
-    fs::path operator/(const std::string& sName) const { return tPath / sName; }
-
-  private:
-    fs::path tPath;
-};
-
-std::string ReadAll(const fs::path& tPath);
-void WriteAll(const fs::path& tPath, const std::string& sBytes);
-
 // Runs a program (argv[0] is its name as it sees it) with its working folder at tFolder.
 Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArguments);
 
 // Runs the MD that was built with the tests. `aOptions` are the arguments behind its name.
 Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions);
+
+// The names of this processor's paths for MD_KERNELS, fastest first; the last is "plain".
+std::vector<std::string> KernelNames();
+
+// All that a run of "a.cfg" in that folder leaves: standard output as "stdout", and every file of
+// its output folder "out". `sKernels` is one of KernelNames(). Throws what a run that fails
+// printed.
+Files WholeRun(const fs::path& tFolder, const std::string& sKernels);
 
 // Settings under which a small raw clip "in.yuv" of W x H runs into the folder "out"; later
 // assignments win, so a test appends its own.

@@ -2,14 +2,16 @@
 // text of every dump. It is written to be read, shares no code with the program beyond the record
 // of settings, and was derived without a look at the program's stages, so that a slip in one of the
 // two shows as a difference between them.
+//
+// Who changes a rule of the program changes the twin too: from the rule's own words, without a look
+// at the program's lines. Its short names: `t.p` the settings, `t.W` and `t.H` the frame, `t.S` the
+// step between blocks.
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "md/sim_params.h"
-
-using Files = std::map<std::string, std::string>;  // by name
+#include "tests/support/files.h"
 
 // One run. The working size is nMD_ScaledW by nMD_ScaledH, the block size 16; `sClip` holds the
 // bytes of the raw 4:2:0 file. Settings must be ones that the program accepts. Only the dumps of

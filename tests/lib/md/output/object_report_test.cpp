@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "md/run_state.h"
-#include "tests/support/program.h"
+#include "tests/support/files.h"
 
 // The box methods report one object at most, the record has room for four.
 TEST(ObjectReport, CommasStandBetweenObjects) {
     const TempFolder tFolder;
-    std::snprintf(tSimParams.szFeaturePath, kPathSize, "%s", tFolder.Path().c_str());
+    std::snprintf(tSimParams.szFeaturePath, kPathSize, "%s", tFolder.Path().string().c_str());
     tMdResult.nObjNum = 2;
     ObjectReportWrite();
     const std::string sObject =

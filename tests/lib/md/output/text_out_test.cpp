@@ -5,7 +5,7 @@
 #include <climits>
 #include <vector>
 
-#include "tests/support/program.h"
+#include "tests/support/files.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ TEST(TextOut, AllBytesAndExtremesAsPrintf) {
                                     999,     1000,  4095, 4096, 65535, 65536, INT_MAX};
     for (int32_t n = 0; n < 256; ++n) aValues.push_back(n);
     const TempFolder tFolder;
-    const std::string sPath = tFolder / "text";
+    const std::string sPath = (tFolder / "text").string();
     for (const bool bPlain : {false, true}) {
         bTextPlain = bPlain;
         TextOpen(&tOut, sPath.c_str(), "%s");
@@ -54,7 +54,7 @@ TEST(TextOut, AllBytesAndExtremesAsPrintf) {
 
 TEST(TextOut, NothingLostWhereTheBufferFills) {
     const TempFolder tFolder;
-    const std::string sPath = tFolder / "text";
+    const std::string sPath = (tFolder / "text").string();
     for (size_t nFilled = kTextBuffer - 70; nFilled <= kTextBuffer + 1; ++nFilled) {
         std::string sWant(nFilled, 'x');
         TextOpen(&tOut, sPath.c_str(), "%s");

@@ -8,9 +8,9 @@
 #include <tuple>
 
 #include "md/run_state.h"
-#include "tests/support/clip.h"
 #include "tests/support/picture.h"
 #include "tests/support/program.h"
+#include "tools/squares.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ struct Scene {
     std::string Read(const std::string& sName) const { return ReadAll(tFolder / "out" / sName); }
     TempFolder tFolder;
     std::string sClip =
-        ClipBytes({.nFrames = kFrames, .nSize = 13, .nSpeed = 5, .nNoise = 3}, W, H);
+        SquaresBytes({.nFrames = kFrames, .nSize = 13, .nSpeed = 5, .nNoise = 3}, W, H);
 };
 
 // All numbers of a text in a row.
