@@ -131,7 +131,7 @@ void BlockRow(benchmark::State& tState, const KernelPath& tPath) {
 void BM_TextPrint(benchmark::State& tState) {
     bTextPlain = tState.range(0) != 0;
     static TextOut tText;
-    TextOpen(&tText, "/dev/null", "Can't open %s\n");
+    TextOpen(&tText, "/dev/null", "file");
     uint8_t n = 0;
     for (auto _ : tState) {
         for (int i = 0; i < 1000; ++i) TextPrint<"%d,">(&tText, ++n);

@@ -1,5 +1,6 @@
 #include "md/input/prepare_input.h"
 
+#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -17,11 +18,7 @@
 
 namespace {
 
-enum InputType : int32_t { kRaw420 = 0, kAnyVideo = 1, kRawLuma = 2, kRaw422 = 3 };
-
-constexpr const char* szToolFlags = "-y -hide_banner -loglevel warning";
 constexpr size_t kDerivedPathSize = 768;
-constexpr size_t kCommandSize = 1536;
 
 // The derived paths, which the loop reads up to the end of the process.
 char szPreInput[kDerivedPathSize];
@@ -31,18 +28,28 @@ std::string InFolder(const char* szFolder) {
     return CommandFolder(szFolder, cPathSep);
 }
 
-template <typename... Args>
-void ComposeCommand(char (&cmd)[kCommandSize], const char* szFormat, Args... args) {
-    if (!FitText(cmd, szFormat, args...)) {
-        EndRun(stdout, kExitInput, "[ERROR] command is longer than %d bytes: %s...\n",
-               static_cast<int>(kCommandSize) - 1, cmd);
-    }
+__attribute__((format(printf, 2, 0))) void ComposeCommand(char (&cmd)[kCommandSize],
+                                                          const char* szFormat, std::va_list args) {
+    if (FitTextList(cmd, kCommandSize, szFormat, args)) return;
+    EndRun(stdout, kExitInput, "[ERROR] command is longer than %d bytes: %s...\n",
+           static_cast<int>(kCommandSize) - 1, cmd);
 }
 
-template <typename... Args>
-void PrintAndRun(const char* szFormat, Args... args) {
+__attribute__((format(printf, 1, 2))) void Run(const char* szFormat, ...) {
     char cmd[kCommandSize];
-    ComposeCommand(cmd, szFormat, args...);
+    std::va_list args;
+    va_start(args, szFormat);
+    ComposeCommand(cmd, szFormat, args);
+    va_end(args);
+    RunTool(cmd);
+}
+
+__attribute__((format(printf, 1, 2))) void PrintAndRun(const char* szFormat, ...) {
+    char cmd[kCommandSize];
+    std::va_list args;
+    va_start(args, szFormat);
+    ComposeCommand(cmd, szFormat, args);
+    va_end(args);
     MdPrint("INFO: exec: %s\n", cmd);
     RunTool(cmd);
 }
@@ -57,8 +64,7 @@ void FindTools(const char* szArgv0) {
     pToolDir = PathExists(szTool) ? sToolDir.c_str() : nullptr;
 }
 
-// Stores a size that differs from the one in force; says so with `szWarning`, which takes path,
-// width and height.
+// Stores a size that differs from the current one, and prints a line that begins with `szWord`.
 void OverwriteInputSize(int32_t nWidth, int32_t nHeight, const char* szWord) {
     SimParams& sim = tSimParams;
     if (nWidth == sim.nInputWidth && nHeight == sim.nInputHeight) return;
@@ -90,13 +96,10 @@ int32_t ReadNumberLine(std::FILE* pFile) {
 
 void ProbeInputSize() {
     SimParams& sim = tSimParams;
-    char cmd[kCommandSize];
-    ComposeCommand(cmd,
-                   "%sffprobe -v error -select_streams v:0 -show_entries stream=width,height "
-                   "-of default=nw=1:nk=1 %s > %sinput_resolution.txt",
-                   InFolder(pToolDir).c_str(), CommandWord(sim.InputFilePath).c_str(),
-                   InFolder(sim.OutputFilePath).c_str());
-    RunTool(cmd);
+    Run("%sffprobe -v error -select_streams v:0 -show_entries stream=width,height "
+        "-of default=nw=1:nk=1 %s > %sinput_resolution.txt",
+        InFolder(pToolDir).c_str(), CommandWord(sim.InputFilePath).c_str(),
+        InFolder(sim.OutputFilePath).c_str());
     char szResult[kDerivedPathSize];
     ComposePath(szResult, kExitInput, "%s%cinput_resolution.txt", sim.OutputFilePath, cPathSep);
     std::FILE* pFile = std::fopen(szResult, "r");

@@ -15,7 +15,7 @@ constexpr int32_t kCellsPerBlock = 4;
 TextOut tFrameFile;  // the per-frame file in hand; one is open at a time
 
 void OpenFrameFile(const char* szPath) {
-    TextOpen(&tFrameFile, szPath, "Can't open dump file: %s\n");
+    TextOpen(&tFrameFile, szPath, "dump file");
 }
 
 // "%s/%04d" + szEnding in the feature folder; frames are numbered from 1 in names.
@@ -61,7 +61,7 @@ void PrintFrameHeading(TextOut* pFile) {
 void DumpsOpen() {
     static char szGolden[640];
     static char szDist[640];
-    constexpr const char* szMessage = "Can't open golden data file: %s\n";
+    constexpr const char* szMessage = "golden data file";
     std::atexit(DumpsClose);  // a run that ends early keeps the records of its whole frames
     if ((tSimParams.tMd.nDbgEn & kDbgFeatures) != 0) {
         ComposePath(szGolden, kExitRefused, "%s/hogmd_golden.txt", tSimParams.szFeaturePath);

@@ -4,6 +4,7 @@
 
 #include "md/compose_path.h"
 #include "md/output/text_out.h"
+#include "md/print.h"
 #include "md/run_state.h"
 
 void ObjectReportWrite() {
@@ -11,7 +12,7 @@ void ObjectReportWrite() {
     char logfilePath_objOut[640];
     ComposePath(logfilePath_objOut, kExitRefused, "%s/%04d_ObjOut.txt", tSimParams.szFeaturePath,
                 tSimParams.tMd.CurFrmId + tSimParams.nStartFrameIdx + 1);
-    TextOpen(&tText, logfilePath_objOut, "Can't open object report: %s\n");
+    TextOpen(&tText, logfilePath_objOut, "object report");
     TextPrint<"{\n">(&tText);
     TextPrint<"  \"bMotionDetected\": %d,\n">(&tText, tMdResult.bMotionDetected);
     TextPrint<"  \"count\": %d,\n">(&tText, tMdResult.nObjNum);

@@ -4,11 +4,11 @@
 
 bool bTextPlain = false;
 
-void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage) {
+void TextOpen(TextOut* pOut, const char* szPath, const char* szKind) {
     pOut->nUsed = 0;
     char* const pBuffer = bTextPlain ? pOut->aBuffer : nullptr;  // else TextPrint fills it
     if (!OutFileOpen(&pOut->tFile, szPath, "wb", pBuffer, kTextBuffer)) {
-        EndRun(stdout, kExitRefused, szMessage, szPath);
+        EndRun(stdout, kExitRefused, "Can't open %s: %s\n", szKind, szPath);
     }
 }
 

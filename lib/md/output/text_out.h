@@ -27,9 +27,9 @@ struct TextOut {
     char aBuffer[kTextBuffer + kTextSlack];
 };
 
-// Opens for writing; a file that cannot be opened ends the run with status -1 and szMessage, a
-// format with one %s for the path, which must outlive the open file.
-void TextOpen(TextOut* pOut, const char* szPath, const char* szMessage);
+// Opens for writing. `szPath` must outlive the open file. A file that cannot be opened ends the run
+// with status -1; `szKind` names it in the message, as in "golden data file".
+void TextOpen(TextOut* pOut, const char* szPath, const char* szKind);
 
 // Writes out what is gathered.
 void TextFlush(TextOut* pOut);

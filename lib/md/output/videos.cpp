@@ -6,6 +6,7 @@
 #include "md/output/object_report.h"
 #include "md/platform/platform.h"
 #include "md/platform/run_tool.h"
+#include "md/print.h"
 #include "md/run_state.h"
 #include "yuv/yuv_copy.h"
 #include "yuv/yuv_draw.h"
@@ -99,15 +100,15 @@ void OutputFilesWrite() {
 }
 
 void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth) {
-    char cmd[1536];
+    char cmd[kCommandSize];
     const int32_t nHeight = nMdHeight;
     const char* szOutputPath = tSimParams.OutputFilePath;
     if (!FitText(cmd,
                  "%sffmpeg %s -f rawvideo -pix_fmt yuv420p -s:v %dx%d -i %s -c:v libx264 "
                  "%s%s_%dx%d_P420.mp4",
-                 CommandFolder(pToolDir, cPathSep).c_str(), "-y -hide_banner -loglevel warning",
-                 nWidth, nHeight, CommandWord(tVideo.szPath).c_str(),
-                 CommandFolder(szOutputPath, cPathSep).c_str(), szName, nWidth, nHeight)) {
+                 CommandFolder(pToolDir, cPathSep).c_str(), szToolFlags, nWidth, nHeight,
+                 CommandWord(tVideo.szPath).c_str(), CommandFolder(szOutputPath, cPathSep).c_str(),
+                 szName, nWidth, nHeight)) {
         MdPrint("[Warning] command for %s is too long, no mp4 of it is made\n", tVideo.szPath);
         return;
     }

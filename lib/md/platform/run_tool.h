@@ -1,10 +1,17 @@
-// Runs a command line of an outside tool. What a tool makes is judged by its being there, but one
-// that ends with another status than 0 (killed, disk full) is told on standard error with its
-// command, which names the file that may be incomplete.
+// Command lines of the outside tools.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
+constexpr std::size_t kCommandSize = 1536;  // bytes of a command line, with its end mark
+
+// What every command of the video converter begins with.
+constexpr const char* szToolFlags = "-y -hide_banner -loglevel warning";
+
+// Runs a command line. A tool is judged by the file it leaves; one that ends with a status other
+// than 0 (killed, disk full) is reported on standard error with its command, which names the file
+// that may be incomplete.
 void RunTool(const char* szCommand);
 
 // A folder as the first part of a path in a command line, with the separator after it. An empty

@@ -41,7 +41,7 @@ TEST(TextOut, AllBytesAndExtremesAsPrintf) {
     const std::string sPath = (tFolder / "text").string();
     for (const bool bPlain : {false, true}) {
         bTextPlain = bPlain;
-        TextOpen(&tOut, sPath.c_str(), "%s");
+        TextOpen(&tOut, sPath.c_str(), "file");
         std::string sWant;
         while (sWant.size() < 3 * kTextBuffer) {
             for (const int32_t n : aValues) PrintAll(&sWant, n);
@@ -57,7 +57,7 @@ TEST(TextOut, NothingLostWhereTheBufferFills) {
     const std::string sPath = (tFolder / "text").string();
     for (size_t nFilled = kTextBuffer - 70; nFilled <= kTextBuffer + 1; ++nFilled) {
         std::string sWant(nFilled, 'x');
-        TextOpen(&tOut, sPath.c_str(), "%s");
+        TextOpen(&tOut, sPath.c_str(), "file");
         for (size_t i = 0; i < nFilled; ++i) TextPrint<"x">(&tOut);
         PrintAll(&sWant, INT_MIN);
         TextClose(&tOut);
