@@ -29,7 +29,7 @@ void MdRefSchedule() {
     const int32_t n = md.CurFrmId;
     const int32_t R = md.nMD_RefFrmIdx;
     const bool bDetail = (md.nDbgEn & kDbgDetail) != 0;
-    if (md.nMD_HogRefMode == 0) {
+    if (md.nMD_HogRefMode == kRefLoggedTwice) {
         md.RefBufIdx = ReferenceSlot(n, R);
         if (bDetail) MdPrint("CurFrmId=%d, RefBufIdx=%d\n", n, md.RefBufIdx);
     } else {

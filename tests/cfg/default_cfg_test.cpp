@@ -31,7 +31,7 @@ TEST(DefaultCfg, KeyMissingOrTwiceOrRangeStale) {
         const std::string sKey = sLine.substr(0, sLine.find(' '));
         EXPECT_TRUE(aRanges.emplace(sKey, sLine.substr(nHash + 3)).second) << sKey << " twice";
     }
-    EXPECT_EQ(aRanges.size(), size_t{kKeyCount});
+    EXPECT_EQ(aRanges.size(), static_cast<size_t>(kKeyCount));
     for (int i = 0; i < kKeyCount; ++i) {
         const InputMapEntry& t = aInputMap[i];
         EXPECT_EQ(aRanges[t.TokenName], RangeText(t)) << t.TokenName;

@@ -27,7 +27,7 @@ struct MemoryFile {
 
 // What a stage behind the configuration may rely on.
 void RequireLimits() {
-    for (const InputMapEntry* p = aInputMap; std::strcmp(p->TokenName, "END") != 0; ++p) {
+    for (const InputMapEntry* p = aInputMap.data(); std::strcmp(p->TokenName, "END") != 0; ++p) {
         if (p->Type == kTypeString) {
             Require(std::memchr(p->Place, 0, kPathSize) != nullptr, "an end mark");
             continue;

@@ -31,7 +31,7 @@ void MdCheckChipLimits() {
              "ERROR: MD_MetricMode & 0x1(HOG) is not available for this chip\n");
     RefuseIf((md.nMD_MetricMode & kMetricCog) != 0,
              "ERROR: MD_MetricMode & 0x4(COG) is not available for this chip\n");
-    RefuseIf(md.nMD_HogDistAvailCheck == 2,
+    RefuseIf(md.nMD_HogDistAvailCheck == kAvailCheckRefused,
              "ERROR: MD_HogDistAvailCheck==2 is not available for this chip\n");
     RefuseIf(md.nMD_Scale_Method == 1,
              "ERROR: nMD_Scale_Method==1 is not available for this chip\n");
@@ -42,9 +42,9 @@ void MdCheckChipLimits() {
         md.nMD_HogDistAvailCheck = 0;
     }
     const bool bBeyondPool = md.nMD_RefFrmIdx >= kPoolSlots;
-    RefuseReference(md.nMD_HogRefMode == 1 && bBeyondPool);
+    RefuseReference(md.nMD_HogRefMode == kRefLoggedOnce && bBeyondPool);
     RefuseIf(md.nMD_HogMethod != 1, "ERROR: nMD_HogMethod only support 1\n");
-    RefuseReference(md.nMD_HogRefMode == 0 && bBeyondPool);
+    RefuseReference(md.nMD_HogRefMode == kRefLoggedTwice && bBeyondPool);
 }
 
 void cfgCompletePath(const char* szBase, char (&szPath)[kPathSize]) {

@@ -16,7 +16,7 @@
 
 namespace {
 
-InputMapEntry aWorkMap[kKeyCount + 1];  // the copy that all look-ups use
+InputMapEntry aWorkMap[kMaxKeys + 1];  // the copy that all look-ups use
 
 bool IsEnd(const InputMapEntry& tRow) {
     return std::strcmp(tRow.TokenName, "END") == 0;
@@ -182,8 +182,8 @@ void WalkArguments(const CfgArguments& tArgs, int32_t nIndex) {
 
 void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
     const CfgArguments& tArgs = *pArguments;
-    const std::new_handler pOuterHandler = std::set_new_handler(
-        [] { EndRun(stderr, kExitInput, "ERROR: no memory for a text\n"); });
+    const std::new_handler pOuterHandler =
+        std::set_new_handler([] { EndRun(stderr, kExitInput, "ERROR: no memory for a text\n"); });
     tSimParams = SimParams{};
     tGradientTexts = GradientTexts{};
     MdPrint("Setting Default Parameters...\n");
@@ -222,7 +222,7 @@ void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
 
 void cfgInitParams() {
     for (int32_t i = 0; i <= kKeyCount; ++i) {
-        aWorkMap[i] = aInputMap[i];
+        aWorkMap[i] = aInputMap[static_cast<size_t>(i)];
         const InputMapEntry& tRow = aWorkMap[i];
         if (IsEnd(tRow)) break;
         if (tRow.Type == kTypeInteger) {

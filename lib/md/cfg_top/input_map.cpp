@@ -1,5 +1,7 @@
 #include "md/cfg_top/input_map.h"
 
+#include <iterator>
+
 #include "md/run_state.h"
 
 GradientTexts tGradientTexts;
@@ -31,13 +33,11 @@ constexpr InputMapEntry Text(const char* szKey, char (&aPlace)[kPathSize]) {
     return Row(szKey, aPlace, kTypeString, 0.0, kLimitNone, 0.0, 0.0);
 }
 
-}  // namespace
-
-// The order of the rows is the order of the limit check. Under kLimitNone the bounds are for the
-// reader alone.
-constexpr InputMapEntry aInputMap[kKeyCount + 1] = {
+// The order of the rows is the order of the limit check. Under kLimitNone the bounds only inform
+// the reader.
+constexpr InputMapEntry aRows[] = {
     // clang-format off
-    Int("InputFileType", &sim.nInputFileType, 0, kLimitBoth, 0, 3),
+    Int("InputFileType", &sim.nInputFileType, 0, kLimitBoth, 0, kInputTypes - 1),
     Text("InputFilePath", sim.InputFilePath),
     Int("InputWidth", &sim.nInputWidth, 1920, kLimitBoth, 0, 10000),
     Int("InputHeight", &sim.nInputHeight, 1072, kLimitBoth, 0, 10000),
@@ -89,7 +89,7 @@ constexpr InputMapEntry aInputMap[kKeyCount + 1] = {
     Int("MD_HogDist_Scale2", &md.nMD_HogDist_Scale2, 16, kLimitBoth, 0, 511),
     Int("MD_HogDist_Scale4", &md.nMD_HogDist_Scale4, 16, kLimitBoth, 0, 511),
     Int("MD_DbgEn", &md.nDbgEn, 0, kLimitNone, 0, 65536),
-    Int("MD_PostProcMethod", &md.nMD_PostProcMethod, 1, kLimitBoth, 0, 3),
+    Int("MD_PostProcMethod", &md.nMD_PostProcMethod, 1, kLimitBoth, 0, kPostProcMethods - 1),
     Int("MD_HogDist_Th", &md.nMD_HogDist_Th, 10, kLimitBoth, 0, 255),
     Int("MD_BlkCnt_Th", &md.nMD_BlkCnt_Th, 8, kLimitLower, 1),
     Int("MD_Sensitivity_Th", &md.nMD_Sensitivity_Th, 100, kLimitBoth, 0, 100),
@@ -116,3 +116,9 @@ constexpr InputMapEntry aInputMap[kKeyCount + 1] = {
     // clang-format on
     Row("END", nullptr, kTypeInteger, 0.0, kLimitNone, 0.0, 0.0),
 };
+static_assert(std::size(aRows) <= kMaxKeys + 1);
+
+}  // namespace
+
+const std::span<const InputMapEntry> aInputMap(aRows);
+const int kKeyCount = static_cast<int>(std::size(aRows)) - 1;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "md/sim_params.h"
 
@@ -28,10 +29,11 @@ struct InputMapEntry {
     double MaxLimit;
 };
 
-constexpr int kKeyCount = 76;
-
 // The rows of all keys, then the row "END". Fixed for the process.
-extern const InputMapEntry aInputMap[kKeyCount + 1];
+extern const std::span<const InputMapEntry> aInputMap;
+extern const int kKeyCount;  // rows before "END"
+
+constexpr int kMaxKeys = 128;  // room in a copy of the map; the compiler checks that it is enough
 
 // The texts of the gradient keys, outside SimParams.
 extern GradientTexts tGradientTexts;
