@@ -1,12 +1,15 @@
 // make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...: writes a raw planar 4:2:0 clip of a figure
-// that walks through a scene, or, where names are given, of squares on a ground (squares.h). The
-// same arguments give the same bytes on every machine.
+// that walks through a scene, or, where names are given, of squares on a ground (squares.h).
+// make_clip --scene SCENE WIDTH HEIGHT FRAMES OUT LABELS: writes a scene by cause (scenes.h) and
+// its labels. The same arguments give the same bytes on every machine.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <string>
 
+#include "tools/scenes.h"
 #include "tools/squares.h"
 #include "tools/walker.h"
 
@@ -43,12 +46,41 @@ int WriteClip(const char* szPath, int32_t nFrames, int32_t nTail,
 }
 
 int Usage() {
-    std::fprintf(stderr,
-                 "usage: make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...\n"
-                 "  WIDTH, HEIGHT: %d to %d, even for the walking figure; FRAMES: 1 to %d; OUT: a\n"
-                 "  raw 4:2:0 file. Names, for the squares: squares size stepy speed boil stop\n"
-                 "  from to contrast noise flicker cut tail\n",
-                 kMinSize, kMaxSize, kMaxFrames);
+    std::fprintf(
+        stderr,
+        "usage: make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...\n"
+        "       make_clip --scene SCENE WIDTH HEIGHT FRAMES OUT LABELS\n"
+        "       make_clip --scenes\n"
+        "  WIDTH, HEIGHT: %d to %d, even but for squares; FRAMES: 1 to %d; OUT: a raw 4:2:0\n"
+        "  file; LABELS: a csv. Names, for the squares: squares size stepy speed boil stop\n"
+        "  from to contrast noise flicker cut tail. --scenes lists the scenes.\n",
+        kMinSize, kMaxSize, kMaxFrames);
+    return 2;
+}
+
+int ListScenes() {
+    for (const SceneRow& tScene : Scenes()) {
+        std::printf("%-8s  %s\n", tScene.szName, tScene.szWhat);
+    }
+    return 0;
+}
+
+// The six arguments after --scene.
+int WriteScene(char** argv) {
+    SceneClip t{};
+    if (!ReadNumber(argv[1], kMinSize, kMaxSize, &t.nWidth) || t.nWidth % 2 != 0 ||
+        !ReadNumber(argv[2], kMinSize, kMaxSize, &t.nHeight) || t.nHeight % 2 != 0 ||
+        !ReadNumber(argv[3], 1, kMaxFrames, &t.nFrames)) {
+        return Usage();
+    }
+    for (const SceneRow& tScene : Scenes()) {
+        if (std::strcmp(tScene.szName, argv[0]) != 0) continue;
+        const int nStatus =
+            WriteClip(argv[4], t.nFrames, 0, [&](int32_t n) { return SceneFrame(tScene, t, n); });
+        if (nStatus != 0) return nStatus;
+        return WriteClip(argv[5], 1, 0, [&](int32_t) { return SceneLabels(tScene, t); });
+    }
+    std::fprintf(stderr, "make_clip: no scene has the name %s; --scenes lists them\n", argv[0]);
     return 2;
 }
 
@@ -58,6 +90,8 @@ int main(int argc, char** argv) {
     WalkerClip tWalker{};
     SquaresClip tSquares;
     int32_t &w = tWalker.nWidth, &h = tWalker.nHeight, &nFrames = tWalker.nFrames;
+    if (argc == 2 && std::strcmp(argv[1], "--scenes") == 0) return ListScenes();
+    if (argc == 8 && std::strcmp(argv[1], "--scene") == 0) return WriteScene(argv + 2);
     if (argc < 5 || !ReadNumber(argv[1], kMinSize, kMaxSize, &w) ||
         !ReadNumber(argv[2], kMinSize, kMaxSize, &h) ||
         !ReadNumber(argv[3], 1, kMaxFrames, &nFrames)) {
