@@ -6,6 +6,7 @@
 
 #include "md/block_feature.h"
 #include "md/block_history.h"
+#include "md/box_reason.h"
 
 constexpr int kPoolSlots = 15;   // slots of the feature pool and of the frame pool
 constexpr int kMaxObjects = 4;   // slots of tObjects; the methods of this chip fill one
@@ -40,7 +41,10 @@ struct MdResult {
     int32_t bMotionDetected;   // 1 when the frame reports motion
     int32_t nStride;           // nMD_HogBlockStride
     MdObject tObjects[kMaxObjects];
-    uint8_t nObjNum;  // 0 or 1
+    uint8_t nObjNum;         // 0 or 1
+    MdObject tMethodObject;  // tObjects[0] before the gate; bValid 0 when nObjNum was 0
+    BoxReason tBoxReason;    // by BoxReasonCode
+    BoxReason tGateReason;   // by GateReasonCode
 };
 
 // Geometry and thresholds for object extraction, filled once at start and never refreshed.

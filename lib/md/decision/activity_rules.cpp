@@ -12,9 +12,10 @@ constexpr uint8_t kAvailUnflagged = 2;
 // The least distance that the rules on saturated distances ask of a block.
 constexpr int32_t kEdgeDist = 170;
 
-// The outcome of the rules: the avail byte and the repeat counter.
+// What the rules give: the avail byte, which of them decided, and the repeat counter.
 struct Verdict {
     uint8_t nAvail;
+    ActivityOutcome nOutcome;
     int32_t cnt;
 };
 
@@ -23,38 +24,37 @@ int32_t CountUp(int32_t cnt) {
 }
 
 // Rule 6, low-delay branch: a block that has just risen from quiet frames, cnt 1 or 2.
-uint8_t LowDelayAvail(const MdParams& md, const Thresholds& th, const NeighbourCounts& counts,
-                      int32_t cnt, const uint8_t d[3]) {
+Verdict LowDelay(const MdParams& md, const Thresholds& th, const NeighbourCounts& counts,
+                 int32_t cnt, const uint8_t d[3]) {
     const int32_t nBlkDistThLow = (th.nBlkDistThNn * 2) >> md.nMD_HogDist_Th_LowDelay_shift;
     const bool bNear = counts.nActBlkCnt >= md.nMD_HogDist_Th_LowDelay_nn_count;
     const bool bNearLater = counts.nActBlkCntLater >= md.nMD_HogDist_Th_LowDelay_prev_nn_count;
-    bool bActive = false;
     if (cnt == 1) {
-        bActive = bNear && d[0] > nBlkDistThLow && d[1] < th.nBlkDistTh && d[2] < th.nBlkDistTh;
-    } else {
-        bActive = (bNearLater || bNear) && d[0] > nBlkDistThLow && d[1] > nBlkDistThLow &&
-                  d[2] < th.nBlkDistTh;
+        return bNear && d[0] > nBlkDistThLow && d[1] < th.nBlkDistTh && d[2] < th.nBlkDistTh
+                   ? Verdict{kAvailUnflagged, kLowDelayFirst, cnt}
+                   : Verdict{0, kTooNewFirst, cnt};
     }
-    return bActive ? kAvailUnflagged : 0;
+    return (bNearLater || bNear) && d[0] > nBlkDistThLow && d[1] > nBlkDistThLow &&
+                   d[2] < th.nBlkDistTh
+               ? Verdict{kAvailUnflagged, kLowDelaySecond, cnt}
+               : Verdict{0, kTooNewSecond, cnt};
 }
 
 // Rule 6: the block is over its threshold.
 Verdict OverThreshold(const MdParams& md, const Thresholds& th, const NeighbourCounts& counts,
                       const uint8_t d[3], int32_t cnt) {
     cnt = CountUp(cnt);
-    if (md.nMD_LowDelayEn != 0 && cnt <= 2) {
-        return {LowDelayAvail(md, th, counts, cnt, d), cnt};
-    }
-    if (cnt < md.nMD_ActBlkRepeatFrmCntTh) return {0, cnt};
+    if (md.nMD_LowDelayEn != 0 && cnt <= 2) return LowDelay(md, th, counts, cnt, d);
+    if (cnt < md.nMD_ActBlkRepeatFrmCntTh) return {0, kTooNew, cnt};
 
     const uint32_t dMax = std::max({d[0], d[1], d[2]});
     const uint32_t dMin = std::min({d[0], d[1], d[2]});
     const uint32_t nRatio = static_cast<uint32_t>(md.nMD_ActBlk_MinMaxRatio_Scale + 16);
-    if (dMax <= (dMin * nRatio) >> 4) return {1, cnt};
+    if (dMax <= (dMin * nRatio) >> 4) return {1, kSteady, cnt};
     // The distance jumps: pull the counter back, less so the more neighbours are active.
     const int32_t nPull = 3 - std::min(counts.nActBlkCnt, 2);
-    const uint8_t nAvail = counts.nActBlkCnt >= 4 ? 1 : 0;
-    return {nAvail, std::max(md.nMD_ActBlkRepeatFrmCntTh - nPull, 0)};
+    const int32_t nPulled = std::max(md.nMD_ActBlkRepeatFrmCntTh - nPull, 0);
+    return counts.nActBlkCnt >= 4 ? Verdict{1, kJumpHeld, nPulled} : Verdict{0, kJumps, nPulled};
 }
 
 // The first rule that matches applies.
@@ -69,13 +69,17 @@ Verdict ApplyRules(const MdParams& md, const Thresholds& th, const BlockView& v)
         const bool bStrongEdge =
             D >= kEdgeDist && v.dUpLeft <= 2 && v.dUp <= 2 && v.dUpRight <= 2 && v.dLeft >= 200;
         if (bSaturatedPatch || bSaturatedEdge || bStrongEdge) {
-            return {kAvailUnflagged, CountUp(cnt)};
+            const ActivityOutcome nEdge = bSaturatedEdge ? kSaturatedEdge : kStrongEdge;
+            return {kAvailUnflagged, bSaturatedPatch ? kSaturatedPatch : nEdge, CountUp(cnt)};
         }
     }
-    if (counts.nHighActBlkCnt > 0 && D > (th.nBlkDistTh >> 4)) return {1, cnt};
+    if (counts.nHighActBlkCnt > 0 && D > (th.nBlkDistTh >> 4)) return {1, kCarried, cnt};
     const bool bOver = (counts.nActBlkCnt == 0 && D > th.nBlkDistThNn) ||
                        (counts.nActBlkCnt > 0 && D > th.nBlkDistTh);
-    if (!bOver) return {0, std::max(cnt - 1, 0)};
+    if (!bOver) {
+        const ActivityOutcome nBelow = counts.nActBlkCnt > 0 ? kBelow : kBelowAlone;
+        return {0, D == 0 ? kNoChange : nBelow, std::max(cnt - 1, 0)};
+    }
     return OverThreshold(md, th, counts, v.d, cnt);
 }
 
@@ -94,13 +98,15 @@ Thresholds BlockThresholds(const MdParams& md, int32_t nYDiffThre) {
 Activity DecideActivity(const MdParams& md, const Thresholds& th, const BlockView& v) {
     const Verdict tVerdict = ApplyRules(md, th, v);
     const NeighbourCounts& counts = v.tCounts;
-    Activity a{tVerdict.nAvail, static_cast<uint32_t>(tVerdict.cnt) & kStateRepeatMask};
+    Activity a{tVerdict.nAvail, tVerdict.nOutcome,
+               static_cast<uint32_t>(tVerdict.cnt) & kStateRepeatMask};
     if (tVerdict.nAvail == 1) {
         a.nState |= kStateActive;
         if (v.d[0] >= th.nBlkDistThHigh) a.nState |= kStateHighActive;
         // An isolated block leaves the map; its flags stay and count for its neighbours.
         if (counts.nHighActBlkCnt == 0 && counts.nActBlkCnt < md.nMD_ActNeighborBlkCntTh) {
             a.nAvail = 0;
+            a.nOutcome = tVerdict.nOutcome == kSteady ? kSteadyIsolated : kJumpHeldIsolated;
         }
     }
     if (a.nAvail == kAvailUnflagged) a.nAvail = 1;

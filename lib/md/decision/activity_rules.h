@@ -30,8 +30,35 @@ struct BlockView {
     uint32_t nState;  // its state word
 };
 
+// What decided about a block, for those who ask why. "Active" is what the avail map shows. The
+// first three are found before the rules are asked, DecideActivity gives the others.
+enum ActivityOutcome : uint8_t {
+    kNoReference = 0,        // not active: the frame is its own reference
+    kLumaUnchanged = 1,      // not active: the mean luma has moved too little
+    kAllCount = 2,           // active: neighbours and past are switched off
+    kNoChange = 3,           // not active: distance 0
+    kBelow = 4,              // not active: not over the threshold with active neighbours
+    kBelowAlone = 5,         // not active: not over the threshold without any
+    kSaturatedPatch = 6,     // active: all of it changed
+    kSaturatedEdge = 7,      // active: the upper edge of a saturated change
+    kStrongEdge = 8,         // active: the upper edge of a strong change
+    kCarried = 9,            // active: beside a highly active block
+    kLowDelayFirst = 10,     // active in its first frame over the threshold
+    kTooNewFirst = 11,       // not active: the low-delay branch does not take that frame
+    kLowDelaySecond = 12,    // active in its second frame
+    kTooNewSecond = 13,      // not active: nor that one
+    kTooNew = 14,            // not active: the repeat counter is under its threshold
+    kSteady = 15,            // active: seen long enough, and its distances are alike
+    kSteadyIsolated = 16,    // not active: the same, but isolated; keeps its flag
+    kJumpHeld = 17,          // active: its distances jump, but four active blocks hold it
+    kJumpHeldIsolated = 18,  // not active: the same, but isolated; keeps its flag
+    kJumps = 19,             // not active: its distances jump
+};
+constexpr int kOutcomeCount = 20;
+
 struct Activity {
-    uint8_t nAvail;   // 0 or 1
+    uint8_t nAvail;  // 0 or 1
+    ActivityOutcome nOutcome;
     uint32_t nState;  // the new state word
 };
 

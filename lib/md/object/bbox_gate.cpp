@@ -49,6 +49,22 @@ void GrowBox(const MdResult& res, MdObject* pObject) {
     o.bottom = static_cast<uint16_t>(std::min(o.bottom + nGrowY, res.nBlkH * 8 + 7));
 }
 
+// Whether a waiting gate opens (kGateOpens), else the first test that holds it.
+BoxReason TestBox(const MdPpConfig& cfg, int32_t nPrevArea, int32_t nPrevAspect) {
+    const GateState& st = tGateState;
+    const int32_t w = cfg.nBboxPpWindow;
+    if (st.nBboxRun == 0) return {kGateClosed, {}};
+    if (st.nBboxRun < w) return {kGateHoldsNew, {st.nBboxRun, w}};
+    if (st.nBboxAreaSum < 2 * w) return {kGateHoldsSmall, {st.nBboxAreaSum, 2 * w}};
+    if (!(nPrevArea * cfg.dAreaConvergeThresh >= st.nBboxAreaSum)) {
+        return {kGateHoldsArea, {nPrevArea, st.nBboxAreaSum}};
+    }
+    if (!(nPrevAspect * cfg.dAspectConvergeThresh >= st.nBboxAspectSum)) {
+        return {kGateHoldsAspect, {nPrevAspect, st.nBboxAspectSum}};
+    }
+    return {kGateOpens, {}};
+}
+
 // The gate while it waits: opens with this frame's box, or suppresses it.
 void WaitForBox(const MdPpConfig& cfg, MdResult* pResult) {
     GateState& st = tGateState;
@@ -58,9 +74,8 @@ void WaitForBox(const MdPpConfig& cfg, MdResult* pResult) {
     UpdateRings(*pResult, static_cast<size_t>((st.nBboxFrame + w) % w));
     LogRings();
     MdObject& o = pResult->tObjects[0];
-    if (st.nBboxRun >= w && st.nBboxAreaSum >= 2 * w &&
-        nPrevArea * cfg.dAreaConvergeThresh >= st.nBboxAreaSum &&
-        nPrevAspect * cfg.dAspectConvergeThresh >= st.nBboxAspectSum) {
+    pResult->tGateReason = TestBox(cfg, nPrevArea, nPrevAspect);
+    if (pResult->tGateReason.nCode == kGateOpens) {
         st.bBboxLatch = 1;
         GrowBox(*pResult, &o);
         MdPrint("bbox triggered\n");
@@ -77,6 +92,7 @@ void PpBboxGate(const MdPpConfig* pConfig, MdResult* pResult) {
     GateState& st = tGateState;
     if (st.bBboxLatch != 0) {
         if (pResult->bMotionDetected == 0) st.bBboxLatch = 0;
+        pResult->tGateReason = {st.bBboxLatch != 0 ? kGateOpen : kGateCloses, {}};
     } else {
         WaitForBox(*pConfig, pResult);
     }

@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int32_t kMinDim = 2;           // pixels; a thinner node is no object
 constexpr uint32_t kWholeFrame = 10000;  // larger than any frame; clamped to the grid
 
 // Both halves joined: the harmonic mean of the two reaches, plus 1. Products wrap in 32 bits.
@@ -68,15 +69,19 @@ void BisectSlab(int32_t nThreshold, uint32_t nLo, uint32_t nHi, uint32_t* pCente
     }
 }
 
-void NodeDesense(SlabNode* pNode, Axis nAxis) {
+BoxReason NodeDesense(SlabNode* pNode, Axis nAxis) {
     const int32_t k = nAxis == kAxisX ? 256 : 128;
-    if (pNode->Dim * 2 < 4) {
+    if (pNode->Dim < kMinDim) {
         pNode->bValid = 0;
         MdPrint("LOG: Dimension desense! %d\n", pNode->Dim);
-    } else if (pNode->Area * 256 < pNode->Dim * 2 * k) {
+        return {kBisectionThin, {nAxis, pNode->Dim, kMinDim}};
+    }
+    if (pNode->Area * 256 < pNode->Dim * 2 * k) {
         pNode->bValid = 0;
         MdPrint("LOG: Area desense! Area:%d, Dim:%d\n", pNode->Area, pNode->Dim);
+        return {kBisectionLight, {nAxis, pNode->Area, pNode->Dim, pNode->Dim * 2 * k / 256}};
     }
+    return {kBisectionMotion, {}};
 }
 
 void BisectAxes(const MdPpConfig* pConfig, MdResult* pResult) {
@@ -89,8 +94,9 @@ void BisectAxes(const MdPpConfig* pConfig, MdResult* pResult) {
     SlabNode tX{}, tY{};
     Bisect(&tX, kAxisX);
     Bisect(&tY, kAxisY);
-    NodeDesense(&tX, kAxisX);
-    NodeDesense(&tY, kAxisY);
+    const BoxReason tReasonX = NodeDesense(&tX, kAxisX);
+    const BoxReason tReasonY = NodeDesense(&tY, kAxisY);
+    pResult->tBoxReason = tX.bValid == 0 ? tReasonX : tReasonY;
     pResult->nObjNum = 0;
     if (tY.bValid != 0 && tX.bValid != 0) {
         MdObject& tObject = pResult->tObjects[0];

@@ -35,5 +35,6 @@ void SlabCenter(int32_t nThreshold, uint32_t nLo, uint32_t nHi, uint32_t* pArea,
                 int32_t nStride, int32_t nBlkW, int32_t nBlkH, const uint8_t* pDistMap,
                 const uint8_t* pAvailBits, Axis nAxis);
 
-// Clears the valid flag of a node that is too thin or too light for its size, and logs which.
-void NodeDesense(SlabNode* pNode, Axis nAxis);
+// Clears the valid flag of a node that is too thin or too light for its size, and logs which. Gives
+// that reason, or kBisectionMotion.
+BoxReason NodeDesense(SlabNode* pNode, Axis nAxis);

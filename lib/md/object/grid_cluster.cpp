@@ -100,7 +100,14 @@ void PpGridCluster(const MdPpConfig* pConfig, MdResult* pResult) {
     // With no region left, the empty region 0 lets the score decay.
     tune.nScore = static_cast<uint8_t>((tune.nScore * 65 + r.nAvgDist * 35) / 100);
     const int32_t nArea = (r.right - r.left) * (r.bottom - r.top);
-    if (nArea <= 0 || tune.nScore <= tune.nDetectTh) return;
+    pResult->tBoxReason = {kGridMotion, {r.nAvgDist, tune.nScore, tune.nDetectTh}};
+    if (nArea <= 0 || tune.nScore <= tune.nDetectTh) {
+        BoxReason& tReason = pResult->tBoxReason;
+        tReason.nCode = nArea <= 0 ? kGridOneLine : kGridLowScore;
+        if (r.nBlkCnt == 0)
+            tReason = {kGridNoGroup, {0, tune.nScore, tune.nDetectTh, tune.nMinBlocks}};
+        return;
+    }
     pResult->bMotionDetected = 1;
     pResult->nObjNum = 1;
     MdObject& tObject = pResult->tObjects[0];

@@ -43,6 +43,8 @@ void MdPostProc(const MdPpConfig* pConfig, MdResult* pResult) {
     MdPrint("MotionDetected=%d, objNum=%d, (%d, %d, %d, %d, %d)\n", pResult->bMotionDetected,
             pResult->nObjNum, tObject.bValid, tObject.left, tObject.right, tObject.top,
             tObject.bottom);
+    pResult->tMethodObject = tObject;
+    pResult->tMethodObject.bValid = pResult->nObjNum;
     if (pConfig->bBboxPpEnable != 0) PpBboxGate(pConfig, pResult);
     MdPrint("PP_V2: l,r,t,b = %d,%d,%d,%d\n", tObject.left, tObject.right, tObject.top,
             tObject.bottom);
@@ -52,4 +54,7 @@ void MdClearObjects(MdResult* pResult) {
     pResult->bMotionDetected = 0;
     std::memset(pResult->tObjects, 0, sizeof pResult->tObjects);
     pResult->nObjNum = 0;
+    pResult->tMethodObject = MdObject{};
+    pResult->tBoxReason = BoxReason{};
+    pResult->tGateReason = BoxReason{};
 }

@@ -7,9 +7,9 @@
 // Packs pAvailMap into pAvailBits, eight blocks a byte, bit 0 first; spare bits are 0.
 void MdPackAvailBits();
 
-// Fills bMotionDetected, nObjNum and tObjects from the maps. Prints two lines every frame: the
-// result before the gate and the box behind it.
+// Fills bMotionDetected, nObjNum, tObjects and the reasons from the maps. Prints two lines every
+// frame: the result before the gate and the box behind it.
 void MdPostProc(const MdPpConfig* pConfig, MdResult* pResult);
 
-// Zeroes bMotionDetected, nObjNum and all object slots.
+// Zeroes bMotionDetected, nObjNum, all object slots and the reasons.
 void MdClearObjects(MdResult* pResult);

@@ -13,7 +13,9 @@ namespace {
 
 constexpr int32_t kBinCols = 16;
 constexpr int32_t kBinRows = 9;
-constexpr int32_t kBoxExtent = 16;  // from a block's position to its far edge, pixels
+constexpr int32_t kBoxExtent = 16;    // from a block's position to its far edge, pixels
+constexpr int32_t kStableFrames = 4;  // that a box has to stand
+constexpr int32_t kMinAreaSum = 6;    // of three frames, square pixels
 
 // Outcome of the refinement of one block.
 enum Outcome : int32_t {
@@ -25,6 +27,7 @@ enum Outcome : int32_t {
 struct Refined {
     int32_t o;
     int32_t cnt;
+    RefineCase nCase;
 };
 
 // One place of the grid seen from a block: what its neighbours hold.
@@ -65,13 +68,15 @@ int32_t CountUp(int32_t cnt) {
 // Case 4: the distance must be steady over this frame and the two before it.
 Refined CheckStability(int32_t i, int32_t v, int32_t nNear, int32_t cnt) {
     const ProjectionState& st = tProjectionState;
-    if (cnt < 3) return {kDropped, cnt};
+    if (cnt < 3) return {kDropped, cnt, kRefineTooNew};
     const int32_t d1 = st.aDistRing[(st.nPpFrame + 2) % 3][i];
     const int32_t d2 = st.aDistRing[(st.nPpFrame + 1) % 3][i];
     const int32_t nMax = std::max({v, d1, d2});
     const int32_t nMin = std::min({v, d1, d2});
-    if (nMax <= (nMin * 10) >> 3) return {kConfirmed, cnt};
-    return {nNear >= 4 ? kConfirmed : kDropped, std::min(nNear, 2)};
+    if (nMax <= (nMin * 10) >> 3) return {kConfirmed, cnt, kRefineSteady};
+    cnt = std::min(nNear, 2);
+    return nNear >= 4 ? Refined{kConfirmed, cnt, kRefineJumpHeld}
+                      : Refined{kDropped, cnt, kRefineJumps};
 }
 
 // The first case that fits decides.
@@ -85,19 +90,21 @@ Refined RefineBlock(const BlockPlace& at, int32_t v, int32_t nNear, int32_t nLum
     const int32_t cnt = tProjectionState.aBlkState[i] & kRefineCntMask;
 
     if (v >= 255 && dAboveLeft >= 255 && dAbove >= 255 && dLeft >= 255) {
-        return {kListed, CountUp(cnt)};
+        return {kListed, CountUp(cnt), kRefineSaturatedPatch};
     }
     if (v >= 255 && dAboveLeft <= 0 && dAbove <= 0 && dAboveRight <= 0) {
-        return dLeft >= 180 ? Refined{kListed, CountUp(cnt)} : Refined{kConfirmed, cnt};
+        return dLeft >= 180 ? Refined{kListed, CountUp(cnt), kRefineSaturatedEdge}
+                            : Refined{kConfirmed, cnt, kRefineSaturated};
     }
     if (v >= 170) {
         const bool bEdge = dAboveLeft <= 2 && dAbove <= 2 && dAboveRight <= 2 && dLeft >= 200;
-        return bEdge ? Refined{kListed, CountUp(cnt)} : Refined{kConfirmed, cnt};
+        return bEdge ? Refined{kListed, CountUp(cnt), kRefineStrongEdge}
+                     : Refined{kConfirmed, cnt, kRefineStrong};
     }
     if ((nNear == 0 && v > 60) || (nNear > 0 && v > nDynTh)) {
         return CheckStability(i, v, nNear, CountUp(cnt));
     }
-    return {kDropped, std::max(cnt - 1, 0)};
+    return {kDropped, std::max(cnt - 1, 0), kRefineBelow};
 }
 
 // Bins of one axis, and how far they are filled without a gap around the fullest one.
@@ -122,6 +129,16 @@ struct Projection {
         for (int32_t b = nPeak; b >= 0 && aCount[b] != 0; --b) *pStart = b * nBinSize;
     }
 };
+
+// Whether the box that stands is reported (kProjectionMotion), else the first test that it fails.
+BoxReason TestBox(int32_t nNew, int32_t nOld) {
+    const int32_t nStood = tProjectionState.nStableRun;
+    if (nStood < kStableFrames) return {kProjectionTooNew, {nStood, kStableFrames}};
+    if (nNew < kMinAreaSum)
+        return {kProjectionTooSmall, {nStood, kStableFrames, nNew, kMinAreaSum}};
+    const bool bGrew = nNew * 10 > nOld * 13;
+    return {bGrew ? kProjectionGrew : kProjectionMotion, {nStood, kStableFrames, nNew, nOld}};
+}
 
 void ClearObjects(MdResult* pResult) {
     std::memset(pResult->tObjects, 0, sizeof pResult->tObjects);
@@ -166,15 +183,20 @@ void BlkRefine(const BlkCorParams* pParams, ActiveBlk* pList, int32_t* pActiveBl
         pRing[i] = static_cast<uint8_t>(v);
         if (v == 0 || !BlockAvailable(p.pAvailBits, i)) {
             st.aBlkState[i] = 0;
+            st.aBlkCase[i] = kRefineNone;
             continue;
         }
         const BlockPlace at{p, i / p.nBlkW, i % p.nBlkW};
         const int32_t nNear = CountNear(at);
         Refined r = RefineBlock(at, v, nNear, nLumaAvg2);
         st.aBlkState[i] = static_cast<uint8_t>(r.cnt);
+        st.aBlkCase[i] = r.nCase;
         if (r.o == kConfirmed) {
             st.aBlkState[i] |= kRefineActive;
-            if (nNear < 2) r.o = kDropped;
+            if (nNear < 2) {
+                r.o = kDropped;
+                st.aBlkCase[i] |= kRefineLonely;
+            }
         }
         if (r.o != kDropped) {
             pList[(*pActiveBlkNum)++] = {static_cast<uint8_t>(at.col), static_cast<uint8_t>(at.row),
@@ -212,6 +234,8 @@ void BoxProject(const BlkCorParams* pParams, const ActiveBlk* pList, int32_t nAc
     }
     if (nCount == 0) {
         ClearObjects(pResult);
+        pResult->tBoxReason = {nActiveBlkNum == 0 ? kProjectionNoBlock : kProjectionNoMeeting,
+                               {nActiveBlkNum}};
         return;
     }
     // The box may reach the frame's width and height themselves.
@@ -247,8 +271,9 @@ int32_t BoxTemporalGrow(int32_t nBlkW, int32_t nBlkH, int32_t nPpFrame, MdResult
         std::fill_n(st.aAreaRing, 3, 0);
         st.nAreaSum = 0;
     }
-    if (st.nStableRun < 4 || nNew < 6 || nNew * 10 > nOld * 13) return 0;
-
+    if (tObject.bValid == 0) return 0;
+    pResult->tBoxReason = TestBox(nNew, nOld);
+    if (pResult->tBoxReason.nCode != kProjectionMotion) return 0;
     if (tObject.left >> 3 > 0 && tObject.right >> 3 < nBlkW - 1 && tObject.top >> 3 > 0) {
         tObject.left = static_cast<uint16_t>(std::max(tObject.left - 8, 0));
         tObject.top = static_cast<uint16_t>(std::max(tObject.top - 8, 0));

@@ -15,12 +15,29 @@ constexpr int32_t kProjectionMaxBlocks = 3476;
 constexpr uint8_t kRefineCntMask = 15;  // bits 0-3, nRefineCnt: saturates at 15, stops at 0
 constexpr uint8_t kRefineActive = 16;   // bit 4, bRefineActive: confirmed in its last pass
 
+// The case that decided about a block in the refinement. Listed blocks form the box.
+enum RefineCase : uint8_t {
+    kRefineNone = 0,            // not available, or distance 0
+    kRefineSaturatedPatch = 1,  // listed: saturated like those above and left of it
+    kRefineSaturatedEdge = 2,   // listed: the upper edge of a saturated change
+    kRefineSaturated = 3,       // confirmed: saturated, nothing above, no edge at the left
+    kRefineStrongEdge = 4,      // listed: the upper edge of a strong change
+    kRefineStrong = 5,          // confirmed: strong, but no edge
+    kRefineTooNew = 6,          // dropped: over the threshold for fewer than three frames
+    kRefineSteady = 7,          // confirmed: its last three distances are alike
+    kRefineJumpHeld = 8,        // confirmed: they are not, but four confirmed blocks hold it
+    kRefineJumps = 9,           // dropped: they are not
+    kRefineBelow = 10,          // dropped: not over the threshold
+};
+constexpr uint8_t kRefineLonely = 16;  // added: confirmed, but too few around to be listed
+
 // What the method remembers for the run.
 struct ProjectionState {
     int32_t nPpFrame;                            // calls so far
     uint8_t aDistRing[3][kProjectionMaxBlocks];  // row nPpFrame % 3 is this frame's
     uint8_t aBlkState[kProjectionMaxBlocks];
-    int32_t aAreaRing[3];  // square pixels
+    uint8_t aBlkCase[kProjectionMaxBlocks];  // RefineCase of this frame, for those who ask why
+    int32_t aAreaRing[3];                    // square pixels
     int32_t nAreaSum;
     int32_t nStableRun;  // frames in a row with a valid box
 };

@@ -54,7 +54,12 @@ uint16_t HighEdge(int32_t nEdge, int32_t nSize) {
 void PpWeightedCentroid(const MdPpConfig* pConfig, MdResult* pResult) {
     const MdPpConfig& cfg = *pConfig;
     const Gathered g = GatherBlocks(cfg, *pResult);
-    if (g.minX >= g.maxX || g.minY >= g.maxY || g.nCount < cfg.nBlkCntTh || g.sumW == 0) return;
+    if (g.minX >= g.maxX || g.minY >= g.maxY || g.nCount < cfg.nBlkCntTh || g.sumW == 0) {
+        pResult->tBoxReason = {g.nCount < cfg.nBlkCntTh ? kCentroidTooFew : kCentroidOneLine,
+                               {g.nCount}};
+        return;
+    }
+    pResult->tBoxReason = {kCentroidMotion, {g.nCount}};
 
     const int32_t h = pResult->nStride >> 1;  // from a block's position to the centre of its stride
     const uint32_t xC = g.sumXW / g.sumW;
