@@ -6,18 +6,12 @@
 #include "md/decision/block_walk.h"
 #include "md/decision/row_walk.h"
 #include "md/feature/kernel_path.h"
-#include "md/print.h"
+#include "md/memory.h"
 #include "md/run_state.h"
 
 namespace {
 
 RowWalk* pRowWalk;  // null on the plain path
-
-template <typename T>
-void Allocate(T** ppMemory, size_t nCount, const char* szWhat) {
-    *ppMemory = static_cast<T*>(std::malloc(nCount * sizeof(T)));
-    RequireMemory(*ppMemory != nullptr, szWhat);
-}
 
 // On the fast path only dumps and box method 2 read the 200-byte records.
 bool RecordsWanted() {
@@ -26,10 +20,9 @@ bool RecordsWanted() {
 }
 
 void AllocateHistory(size_t nBlocks) {
-    Allocate(&tMdResult.ppHistory, nBlocks, "the history table");
+    tMdResult.ppHistory = Allocate<BlockHistory*>(nBlocks, "the history table");
     // One allocation holds all records; entry 0 of the table is its start.
-    auto* pRecords = static_cast<BlockHistory*>(std::calloc(nBlocks, sizeof(BlockHistory)));
-    RequireMemory(pRecords != nullptr, "the history records");
+    auto* pRecords = AllocateZeroed<BlockHistory>(nBlocks, "the history records");
     for (size_t i = 0; i < nBlocks; ++i) tMdResult.ppHistory[i] = pRecords + i;
 }
 
@@ -43,14 +36,15 @@ void FrameScanInit() {
     pRowWalk = nullptr;
     if (tKernels.pCellRowSums != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
         pRowWalk = RowWalkCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
-        RequireMemory(pRowWalk != nullptr, "the block scan");
     }
     if (RecordsWanted()) {
-        for (BlockFeature*& pSlot : res.pFeaturePool) Allocate(&pSlot, nBlocks, "the feature pool");
+        for (BlockFeature*& pSlot : res.pFeaturePool) {
+            pSlot = Allocate<BlockFeature>(nBlocks, "the feature pool");
+        }
     }
-    Allocate(&res.pAvailMap, nBlocks + kMapSlack, "the avail map");
-    Allocate(&res.pDistMap, nBlocks + kMapSlack, "the hogDist map");
-    Allocate(&res.pAvailBits, (nBlocks + 7) >> 3, "the avail bitmap");
+    res.pAvailMap = Allocate<uint8_t>(nBlocks + kMapSlack, "the avail map");
+    res.pDistMap = Allocate<uint8_t>(nBlocks + kMapSlack, "the hogDist map");
+    res.pAvailBits = Allocate<uint8_t>((nBlocks + 7) >> 3, "the avail bitmap");
     if (pRowWalk == nullptr) AllocateHistory(nBlocks);
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "app/frame_scan.h"
 #include "md/block_grid.h"
 #include "md/feature/gaussian_window.h"
+#include "md/memory.h"
 #include "md/object/post_proc.h"
 #include "md/object/projection_box.h"
 #include "md/output/dumps.h"
@@ -20,25 +20,10 @@ constexpr int32_t kBlockSize = 16;    // the one block size of this chip
 constexpr int32_t kGaussPeak = 64;    // weight that stands for 1.0
 constexpr int32_t kMaxTapSum = 8;     // of a filter's positive or negated negative taps
 
-void RefuseUnalignedGeometry() {
-    const MdParams& md = tSimParams.tMd;
-    const auto Refuse = [](const char* szKey, int32_t nValue) {
-        if (nValue % kGeometryStep != 0) {
-            EndRun(stdout, kExitRefused, "NormalHogParam error: %s(%d) should be multiple of %d\n",
-                   szKey, nValue, kGeometryStep);
-        }
-    };
-    Refuse("MD_HogCellSize", md.nMD_HogCellSize);
-    Refuse("MD_HogBlockStride", md.nMD_HogBlockStride);
-}
-
-// MD_KERNELS=plain in the environment forces every plain definition, MD_TEXT=plain that of the text
-// output alone.
-bool PlainTextForced() {
-    const auto IsPlain = [](const char* szValue) {
-        return szValue != nullptr && std::strcmp(szValue, "plain") == 0;
-    };
-    return IsPlain(std::getenv("MD_KERNELS")) || IsPlain(std::getenv("MD_TEXT"));
+void RefuseUnaligned(const char* szKey, int32_t nValue) {
+    if (nValue % kGeometryStep == 0) return;
+    EndRun(stdout, kExitRefused, "NormalHogParam error: %s(%d) should be multiple of %d\n", szKey,
+           nValue, kGeometryStep);
 }
 
 // The canvas of three panels must fit a signed 32-bit size; then every other size of a run does.
@@ -93,27 +78,19 @@ void RefuseHeavyFilters() {
     }
 }
 
-template <typename T>
-void Allocate(T** ppMemory, size_t nBytes, const char* szWhat) {
-    *ppMemory = static_cast<T*>(std::malloc(nBytes));
-    RequireMemory(*ppMemory != nullptr, szWhat);
-}
-
 void AllocateFrames() {
     const size_t nPixels = static_cast<size_t>(nMdWidth) * static_cast<size_t>(nMdHeight);
     const size_t nFrame = (nPixels * 3) / 2;
     FrameBuffers& fb = tFrameBuffers;
-    Allocate(&fb.pCurYuv, nFrame, "the current frame");
-    for (uint8_t*& pFrame : fb.ppPrevYBuffer) Allocate(&pFrame, nFrame, "the frame pool");
-    // Of an odd size the planes do not cover their frame, so the canvases start as zeros to be the
-    // same on every run, and comp's is as long as one frame of that width.
+    fb.pCurYuv = Allocate<uint8_t>(nFrame, "the current frame");
+    for (uint8_t*& pFrame : fb.ppPrevYBuffer) pFrame = Allocate<uint8_t>(nFrame, "the frame pool");
+    // At odd sizes the planes do not fill the buffer: it starts as zeros so that those bytes do not
+    // vary. The canvas of comp is as long as one frame of three times the width.
     if ((tSimParams.tMd.nDbgEn & kDbgComp) != 0) {
-        fb.pCompYuv = static_cast<uint8_t*>(std::calloc((nPixels * 9) / 2, 1));
-        RequireMemory(fb.pCompYuv != nullptr, "the comp canvas");
+        fb.pCompYuv = AllocateZeroed<uint8_t>((nPixels * 9) / 2, "the comp canvas");
     }
     if ((tSimParams.tMd.nDbgEn & kDbgHogDist) != 0) {
-        fb.pHogDistYuv = static_cast<uint8_t*>(std::calloc(nFrame, 1));
-        RequireMemory(fb.pHogDistYuv != nullptr, "the hogDist canvas");
+        fb.pHogDistYuv = AllocateZeroed<uint8_t>(nFrame, "the hogDist canvas");
     }
 }
 
@@ -123,7 +100,8 @@ int32_t MdInit() {
     const MdParams& md = tSimParams.tMd;
     tFrameBuffers = FrameBuffers{};
     tMdResult = MdResult{};
-    RefuseUnalignedGeometry();
+    RefuseUnaligned("MD_HogCellSize", md.nMD_HogCellSize);
+    RefuseUnaligned("MD_HogBlockStride", md.nMD_HogBlockStride);
     RefuseUnsupportedRun();
     tMdResult.nBlkW = BlockCount(nMdWidth, md);
     tMdResult.nBlkH = BlockCount(nMdHeight, md);
@@ -132,7 +110,6 @@ int32_t MdInit() {
     RefuseHeavyFilters();
     AllocateFrames();
     FrameScanInit();
-    bTextPlain = PlainTextForced();
     DumpsOpen();
     return MdFillPpConfig();
 }

@@ -8,6 +8,7 @@
 #include "md/block_grid.h"
 #include "md/decision/luma_threshold.h"
 #include "md/decision/row_decision.h"
+#include "md/memory.h"
 
 struct RowWalk {
     KernelPath tKernels;
@@ -23,26 +24,23 @@ struct RowWalk {
 namespace {
 
 template <typename T>
-bool AllocateZero(T** pp, size_t nCount) {
-    *pp = static_cast<T*>(std::calloc(nCount, sizeof(T)));
-    return *pp != nullptr;
+void Zeroed(T** pp, size_t nCount) {
+    *pp = AllocateZeroed<T>(nCount, "the block scan");
 }
 
-bool AllocatePlane(BytePlane* pPlane, int32_t nBlkW, int32_t nBlkH) {
+void AllocatePlane(BytePlane* pPlane, int32_t nBlkW, int32_t nBlkH) {
     pPlane->nPitch = (nBlkW + 2 * kGroup) / kGroup * kGroup;
-    return AllocateZero(&pPlane->pBytes,
-                        static_cast<size_t>(pPlane->nPitch * (nBlkH + 2) + kGroup));
+    Zeroed(&pPlane->pBytes, static_cast<size_t>(pPlane->nPitch * (nBlkH + 2) + kGroup));
 }
 
-bool AllocateAll(RowWalk* p, int32_t nSlots) {
+void AllocateAll(RowWalk* p, int32_t nSlots) {
     const size_t nRow = static_cast<size_t>(p->nBlkW);
     const size_t nAll = nRow * static_cast<size_t>(p->nBlkH);
-    bool bDone = AllocateZero(&p->pYDiff, nRow + kGroup);
-    for (HalfBlock*& pHalf : p->pHalves) bDone = bDone && AllocateZero(&pHalf, nRow);
-    for (BytePlane& t : p->aDist) bDone = bDone && AllocatePlane(&t, p->nBlkW, p->nBlkH);
-    bDone = bDone && AllocatePlane(&p->tState, p->nBlkW, p->nBlkH);
-    for (int32_t i = 0; i < nSlots; ++i) bDone = bDone && AllocateZero(&p->apSignatures[i], nAll);
-    return bDone;
+    Zeroed(&p->pYDiff, nRow + kGroup);
+    for (HalfBlock*& pHalf : p->pHalves) Zeroed(&pHalf, nRow);
+    for (BytePlane& t : p->aDist) AllocatePlane(&t, p->nBlkW, p->nBlkH);
+    AllocatePlane(&p->tState, p->nBlkW, p->nBlkH);
+    for (int32_t i = 0; i < nSlots; ++i) Zeroed(&p->apSignatures[i], nAll);
 }
 
 // Halves of block row y. At stride 8 the cell row below a block row is the upper half of the next,
@@ -88,16 +86,15 @@ DecisionRow DecisionRowAt(RowWalk* pScan, int32_t nFrame, int32_t y, uint8_t* pA
 RowWalk* RowWalkCreate(const KernelPath& tKernels, const MdParams* pParams, int32_t nWidth,
                        int32_t nHeight, const uint8_t* pGaussWin) {
     RowWalk* p = nullptr;
-    if (!AllocateZero(&p, 1)) return nullptr;
+    Zeroed(&p, 1);
     p->tKernels = tKernels;
     p->nWidth = nWidth;
     p->nHeight = nHeight;
     p->nBlkW = BlockCount(nWidth, *pParams);
     p->nBlkH = BlockCount(nHeight, *pParams);
     CellSetupInit(pParams, nWidth, pGaussWin, &p->tSetup);
-    if (AllocateAll(p, pParams->nMD_RefFrmIdx + 1)) return p;
-    RowWalkRelease(p);
-    return nullptr;
+    AllocateAll(p, pParams->nMD_RefFrmIdx + 1);
+    return p;
 }
 
 void RowWalkRelease(RowWalk* pScan) {

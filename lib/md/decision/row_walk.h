@@ -14,7 +14,7 @@
 
 struct RowWalk;
 
-// Allocates what a run needs; null when there is no memory. `pGaussWin`: 32 x 32 weights.
+// Allocates what a run needs; without memory the run ends with status 1. `pGaussWin`: 32 x 32 weights.
 RowWalk* RowWalkCreate(const KernelPath& tKernels, const MdParams* pParams, int32_t nWidth,
                        int32_t nHeight, const uint8_t* pGaussWin);
 void RowWalkRelease(RowWalk* pScan);  // null is passed over

@@ -1,14 +1,14 @@
 #include "md/feature/kernel_path.h"
 
-#include <cstdlib>
 #include <cstring>
 
 #include "md/print.h"
+#include "md/run_switches.h"
 
 namespace {
 
 KernelPath Select() {
-    const char* szForced = std::getenv("MD_KERNELS");
+    const char* szForced = Switches().szKernels;
     for (const KernelPath& tPath : OfferedKernels()) {
         if (szForced == nullptr || std::strcmp(szForced, tPath.szName) == 0) return tPath;
     }

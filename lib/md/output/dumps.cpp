@@ -4,6 +4,7 @@
 
 #include "md/compose_path.h"
 #include "md/run_state.h"
+#include "md/run_switches.h"
 
 TextOut tGoldenFile;
 TextOut tDistFile;
@@ -62,6 +63,7 @@ void DumpsOpen() {
     static char szGolden[640];
     static char szDist[640];
     constexpr const char* szMessage = "golden data file";
+    bTextPlain = Switches().bPlainText;
     std::atexit(DumpsClose);  // a run that ends early keeps the records of its whole frames
     if ((tSimParams.tMd.nDbgEn & kDbgFeatures) != 0) {
         ComposePath(szGolden, kExitRefused, "%s/hogmd_golden.txt", tSimParams.szFeaturePath);
