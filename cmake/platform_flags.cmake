@@ -24,6 +24,8 @@ if(NOT WIN32)
     set(hardened $<CONFIG:Release,RelWithDebInfo>)
     target_compile_options(md_flags INTERFACE $<${hardened}:-fstack-protector-strong>
                                               $<${hardened}:-fPIE>)
-    target_compile_definitions(md_flags INTERFACE $<${hardened}:_FORTIFY_SOURCE=2>)
+    # Some distributions' compilers set a value of their own; a second one would be an error.
+    target_compile_options(md_flags INTERFACE $<${hardened}:-U_FORTIFY_SOURCE>
+                                              $<${hardened}:-D_FORTIFY_SOURCE=2>)
     target_link_options(md_flags INTERFACE $<${hardened}:-pie> $<${hardened}:-Wl,-z,relro,-z,now>)
 endif()
