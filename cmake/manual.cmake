@@ -6,7 +6,6 @@ target_link_libraries(md_settings_doc PUBLIC md_sim)
 if(CMAKE_CROSSCOMPILING OR WIN32)
     return()
 endif()
-include(GNUInstallDirs)
 find_program(GZIP gzip REQUIRED)
 
 add_executable(fill_manual tools/fill_manual.cpp)
