@@ -1,0 +1,83 @@
+// Headings of running files, searched as text: far faster than parsing what lies between.
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "lab/dumps/readers.h"
+#include "lab/tool/raw_file.h"
+
+namespace lab {
+
+namespace {
+
+constexpr std::string_view kMark = "Frame_idx=";
+constexpr int64_t kChunk = 256 * 1024;
+constexpr int64_t kAfter = 32;  // bytes of a heading after its mark, and of the stars before it
+
+struct Heading {
+    int64_t frame, offset;
+};
+
+// The heading whose mark stands at `at` of `text`, which begins at `start` of the file. Its offset
+// is that of the stars before it.
+Heading HeadingAt(const std::string& text, std::size_t at, int64_t start) {
+    const int64_t frame = std::strtoll(text.c_str() + at + kMark.size(), nullptr, 10);
+    std::size_t begin = at;
+    while (begin > 0 &&
+           (text[begin - 1] == '\n' || text[begin - 1] == '\r' || text[begin - 1] == ' ')) {
+        --begin;
+    }
+    while (begin > 0 && text[begin - 1] == '*') --begin;
+    return {frame, start + static_cast<int64_t>(begin)};
+}
+
+}  // namespace
+
+// Pieces overlap by `kAfter` on both sides, so that a heading is always whole in one of them.
+int64_t FindFrame(const std::string& path, int64_t frame) {
+    const RawFile file(path);
+    for (int64_t start = 0; start < file.Size(); start += kChunk) {
+        const int64_t from = std::max<int64_t>(0, start - kAfter);
+        const std::string text = file.Read(from, start - from + kChunk + kAfter);
+        for (std::size_t at = text.find(kMark); at != std::string::npos;
+             at = text.find(kMark, at + 1)) {
+            const Heading heading = HeadingAt(text, at, from);
+            if (heading.frame == frame) return heading.offset;
+        }
+    }
+    return -1;
+}
+
+namespace {
+
+std::optional<Heading> LastHeading(const RawFile& file, int64_t offset) {
+    for (int64_t end = std::min(file.Size(), offset + 2 * kAfter); end > 0; end -= kChunk) {
+        const int64_t from = std::max<int64_t>(0, end - kChunk - 2 * kAfter);
+        const std::string text = file.Read(from, end - from + kAfter);
+        for (std::size_t at = text.rfind(kMark); at != std::string::npos;
+             at = at == 0 ? std::string::npos : text.rfind(kMark, at - 1)) {
+            const Heading heading = HeadingAt(text, at, from);
+            if (heading.offset <= offset) return heading;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<FrameRange> RunningRange(const std::string& path) {
+    const RawFile file(path);
+    const std::string head = file.Read(0, 64);
+    const std::size_t at = head.find(kMark);
+    if (at == std::string::npos) return std::nullopt;
+    const auto last = LastHeading(file, file.Size());
+    return FrameRange{HeadingAt(head, at, 0).frame, last->frame};
+}
+
+int64_t HeadingBefore(const std::string& path, int64_t offset) {
+    const auto heading = LastHeading(RawFile(path), offset);
+    return heading ? heading->offset : -1;
+}
+
+}  // namespace lab
