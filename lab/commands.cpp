@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "lab/score/score_command.h"
 #include "lab/tool/command.h"
 
 namespace lab {
@@ -10,7 +11,7 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {};
+const std::vector<AddCommand*> kCommands = {AddScore};
 
 }  // namespace
 

@@ -165,7 +165,7 @@ bool TreeAt(int32_t x, int32_t y, const SceneClip& tClip, int32_t nSway, Colour*
 bool RainAt(int32_t x, int32_t y, const SceneClip& tClip, int32_t nFrame) {
     const int32_t nLong = std::max(tClip.nHeight / 12, 2);
     const uint32_t nColumn = Hash(static_cast<uint32_t>(x), static_cast<uint32_t>(nFrame), 31);
-    if (nColumn % 6 != 0) return false;
+    if (nColumn % 10 != 0) return false;
     const auto nTop = static_cast<int32_t>((nColumn >> 8) % static_cast<uint32_t>(tClip.nHeight));
     return y >= nTop && y < nTop + nLong;
 }
