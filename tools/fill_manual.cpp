@@ -44,8 +44,8 @@ void Fill(const char* szTemplate, const char* szDefaultCfg, const char* szVersio
     std::ifstream tTemplate(szTemplate);
     if (!tTemplate) throw std::runtime_error(std::string(szTemplate) + ": cannot be read");
     std::string sKeys;
-    for (int i = 0; i < kKeyCount; ++i) {
-        sKeys += std::string(i == 0 ? "" : " ") + aInputMap[i].TokenName;
+    for (const InputMapEntry& tRow : aInputKeys) {
+        sKeys += std::string(sKeys.empty() ? "" : " ") + tRow.TokenName;
     }
     for (std::string sLine; std::getline(tTemplate, sLine);) {
         if (sLine == "@SETTINGS@") {

@@ -9,8 +9,8 @@ namespace {
 constexpr char kTitleMark[] = "# ---- ";
 
 const InputMapEntry* FindRow(const std::string& sKey) {
-    for (int i = 0; i < kKeyCount; ++i) {
-        if (sKey == aInputMap[i].TokenName) return &aInputMap[i];
+    for (const InputMapEntry& tRow : aInputKeys) {
+        if (sKey == tRow.TokenName) return &tRow;
     }
     return nullptr;
 }

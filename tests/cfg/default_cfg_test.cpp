@@ -31,21 +31,19 @@ TEST(DefaultCfg, KeyMissingOrTwiceOrRangeStale) {
         const std::string sKey = sLine.substr(0, sLine.find(' '));
         EXPECT_TRUE(aRanges.emplace(sKey, sLine.substr(nHash + 3)).second) << sKey << " twice";
     }
-    EXPECT_EQ(aRanges.size(), static_cast<size_t>(kKeyCount));
-    for (int i = 0; i < kKeyCount; ++i) {
-        const InputMapEntry& t = aInputMap[i];
+    EXPECT_EQ(aRanges.size(), aInputKeys.size());
+    for (const InputMapEntry& t : aInputKeys) {
         EXPECT_EQ(aRanges[t.TokenName], RangeText(t)) << t.TokenName;
         EXPECT_TRUE(t.LimitKind == kLimitNone || t.Default >= t.MinLimit) << t.TokenName;
         EXPECT_TRUE(t.LimitKind != kLimitBoth || t.Default <= t.MaxLimit) << t.TokenName;
     }
-    EXPECT_STREQ(aInputMap[kKeyCount].TokenName, "END");
+    EXPECT_STREQ(aInputMap.back().TokenName, "END");
 }
 
 TEST(InputMap, EveryMemberWithAKeyIsReachedOnce) {
     std::set<const char*> aBytes;
     size_t nBytes = 0, nSection = 0;
-    for (int i = 0; i < kKeyCount; ++i) {
-        const InputMapEntry& t = aInputMap[i];
+    for (const InputMapEntry& t : aInputKeys) {
         const size_t aSizes[] = {sizeof(int32_t), kPathSize, sizeof(double)};
         const size_t nSize = aSizes[t.Type];
         const bool bTaps = std::string(t.TokenName).starts_with("MD_HogGrad");

@@ -221,10 +221,8 @@ void cfgConfigure(CfgArguments* pArguments, CfgResult* pResult) {
 }
 
 void cfgInitParams() {
-    for (int32_t i = 0; i <= kKeyCount; ++i) {
-        aWorkMap[i] = aInputMap[static_cast<size_t>(i)];
-        const InputMapEntry& tRow = aWorkMap[i];
-        if (IsEnd(tRow)) break;
+    std::copy(aInputMap.begin(), aInputMap.end(), aWorkMap);
+    for (const InputMapEntry& tRow : aInputKeys) {
         if (tRow.Type == kTypeInteger) {
             *static_cast<int32_t*>(tRow.Place) = static_cast<int32_t>(tRow.Default);
         } else if (tRow.Type == kTypeDouble) {

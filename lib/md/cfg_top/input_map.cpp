@@ -121,4 +121,4 @@ static_assert(std::size(aRows) <= kMaxKeys + 1);
 }  // namespace
 
 const std::span<const InputMapEntry> aInputMap(aRows);
-const int kKeyCount = static_cast<int>(std::size(aRows)) - 1;
+const std::span<const InputMapEntry> aInputKeys(aRows, std::size(aRows) - 1);

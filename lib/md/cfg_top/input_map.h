@@ -31,7 +31,7 @@ struct InputMapEntry {
 
 // The rows of all keys, then the row "END". Fixed for the process.
 extern const std::span<const InputMapEntry> aInputMap;
-extern const int kKeyCount;  // rows before "END"
+extern const std::span<const InputMapEntry> aInputKeys;  // the same without "END"
 
 constexpr int kMaxKeys = 128;  // room in a copy of the map; the compiler checks that it is enough
 
