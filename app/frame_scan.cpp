@@ -7,16 +7,18 @@
 #include "md/decision/row_walk.h"
 #include "md/feature/kernel_path.h"
 #include "md/memory.h"
+#include "md/object/box_methods.h"
+#include "md/output/dumps.h"
 #include "md/run_state.h"
 
 namespace {
 
 RowWalk* pRowWalk;  // null on the plain path
 
-// On the fast path only dumps and box method 2 read the 200-byte records.
+// The block walk works on the 200-byte records; else only those read them who say so.
 bool RecordsWanted() {
-    const MdParams& md = tSimParams.tMd;
-    return pRowWalk == nullptr || (md.nDbgEn & kDbgFeatures) != 0 || md.nMD_PostProcMethod == 2;
+    return pRowWalk == nullptr || DumpsReadRecords() ||
+           BoxMethodOf(tSimParams.tMd.nMD_PostProcMethod).bReadsRecords;
 }
 
 void AllocateHistory(size_t nBlocks) {
@@ -57,6 +59,10 @@ void FrameScanRelease() {
     if (res.ppHistory != nullptr) std::free(res.ppHistory[0]);
     std::free(res.ppHistory);
     RowWalkRelease(pRowWalk);
+    pRowWalk = nullptr;
+}
+
+void FrameScanReset() {
     pRowWalk = nullptr;
 }
 

@@ -3,10 +3,13 @@
 #pragma once
 
 // Allocates the block tables of MdResult (status 1 when there is no memory). The grid, the Gaussian
-// window and all settings must stand. Detail lines are told by the plain walk alone, so a run that
-// prints them takes it.
+// window and all settings must be set. Only the plain walk prints detail lines, so a run that wants
+// them takes it.
 void FrameScanInit();
 void FrameScanRelease();
+
+// Forgets a run that ended early; releases nothing.
+void FrameScanReset();
 
 // Scans the frame in pCurYuv: both maps, and the records of the current slot where dumps or a box
 // method read them.

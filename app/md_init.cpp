@@ -7,8 +7,8 @@
 #include "md/block_grid.h"
 #include "md/feature/gaussian_window.h"
 #include "md/memory.h"
+#include "md/object/box_methods.h"
 #include "md/object/post_proc.h"
-#include "md/object/projection_box.h"
 #include "md/output/dumps.h"
 #include "md/print.h"
 #include "md/run_state.h"
@@ -49,10 +49,11 @@ void RefuseUnsupportedRun() {
                nMdWidth, nMdHeight, INT32_MAX);
     }
     const int32_t nBlocks = BlockCount(nMdWidth, md) * BlockCount(nMdHeight, md);
-    if (md.nMD_PostProcMethod == 2 && nBlocks > kProjectionMaxBlocks) {
+    const int32_t nMaxBlocks = BoxMethodOf(md.nMD_PostProcMethod).nMaxBlocks;
+    if (nBlocks > nMaxBlocks) {
         EndRun(stdout, kExitRefused,
-               "ERROR: MD_PostProcMethod 2 is limited to %d blocks, the working frame has %d\n",
-               kProjectionMaxBlocks, nBlocks);
+               "ERROR: MD_PostProcMethod %d is limited to %d blocks, the working frame has %d\n",
+               md.nMD_PostProcMethod, nMaxBlocks, nBlocks);
     }
     if (md.nMD_Bbox_PP_Enable != 0 && md.nMD_Bbox_PP_Window == 0) {
         EndRun(stdout, kExitRefused,

@@ -4,13 +4,13 @@
 #include "app/frame_scan.h"
 #include "app/md_init.h"
 #include "app/ref_schedule.h"
+#include "app/reset_run.h"
 #include "md/cfg_top/chip_limits.h"
 #include "md/cfg_top/configure.h"
 #include "md/compose_path.h"
 #include "md/input/prepare_input.h"
 #include "md/object/post_proc.h"
 #include "md/output/dumps.h"
-#include "md/output/object_report.h"
 #include "md/output/videos.h"
 #include "md/platform/platform.h"
 #include "md/print.h"
@@ -51,6 +51,7 @@ void SetPathSep(const char* szArgv0) {
 }
 
 void MdSimStart(int32_t argc, char** argv) {
+    ResetRunState();
     Configure(argc, argv);
     MdPrepareInput(argc > 0 ? argv[0] : "");
     MdInit();
@@ -104,13 +105,10 @@ int32_t MdProcessFrame() {
 }
 
 void MdDetectFrame() {
-    const MdParams& md = tSimParams.tMd;
     MdClearObjects(&tMdResult);
     FrameScanRun();
     MdPackAvailBits();
     MdPostProc(&tMdPpConfig, &tMdResult);
-    if ((md.nDbgEn & kDbgFeatures) != 0) DumpFrameFeatures(md.RefBufIdx);
-    if ((md.nDbgEn & kDbgDistances) != 0) DumpFrameDist();
-    if ((md.nDbgEn & kDbgObjects) != 0) ObjectReportWrite();
+    DumpsWriteFrame();
     OutputDrawBlockDots();
 }

@@ -9,6 +9,8 @@
 
 #include "md/exit_status.h"
 
+constexpr std::size_t kDumpPathSize = 640;  // bytes of a path in the feature folder, with end mark
+
 // Formats into `szText`, `nSize` bytes; false if the text and its end mark do not fit.
 [[nodiscard]] bool FitTextList(char* szText, std::size_t nSize, const char* szFormat,
                                std::va_list args) __attribute__((format(printf, 3, 0)));

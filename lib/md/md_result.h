@@ -32,12 +32,15 @@ struct MdResult {
     int32_t nBlkW;                                // block columns, at least 1
     int32_t nBlkH;                                // block rows, at least 1
     uint8_t aGaussWin[kGaussPitch][kGaussPitch];  // weights 0 to 64; 64 stands for 1.0
-    BlockFeature* pCurFeat;  // the current frame's slot of the pool; owns nothing
+    // Feature records of the last frames. Null unless a dump or box method that is on asks for
+    // records (its row in the table says so) or the block walk runs. Read them by CurrentRecords
+    // and SlotRecords below.
     BlockFeature* pFeaturePool[kPoolSlots];
+    BlockFeature* pCurFeat;    // the current frame's slot of the pool; owns nothing
     uint8_t* pDistMap;         // hogDist map, 0 to 255 a block
     uint8_t* pAvailMap;        // avail map, 0 or 1 a block after the scan
     uint8_t* pAvailBits;       // avail bitmap: block i is bit i & 7 of byte i >> 3
-    BlockHistory** ppHistory;  // one record a block
+    BlockHistory** ppHistory;  // one record a block; null unless the block walk runs
     int32_t bMotionDetected;   // 1 when the frame reports motion
     int32_t nStride;           // nMD_HogBlockStride
     MdObject tObjects[kMaxObjects];
@@ -47,6 +50,11 @@ struct MdResult {
     BoxReason tGateReason;   // by GateReasonCode
 };
 
+// The feature records of the current frame, and those of a slot of the pool. A reader whose row in
+// its table does not ask for them ends the process here, with a message for its developer.
+const BlockFeature* CurrentRecords(const MdResult& res);
+const BlockFeature* SlotRecords(const MdResult& res, int32_t nSlot);
+
 // Geometry and thresholds for object extraction, filled once at start and never refreshed.
 struct MdPpConfig {
     int32_t nWidth;  // working frame, pixels
@@ -54,7 +62,7 @@ struct MdPpConfig {
     int32_t nBlkSize;         // 16 on this chip; no method reads it
     int32_t nStride;          // 8 to 64, a multiple of 8
     int32_t nRefBufIdx;       // RefBufIdx at the moment of the snapshot: 0
-    int32_t nPostProcMethod;  // 0 to 3
+    int32_t nPostProcMethod;  // PostProcMethod
     int32_t nHogDistTh;       // 0 to 255
     int32_t bBboxPpEnable;    // 0 or 1
     int32_t nBlkCntTh;        // at least 1

@@ -1,6 +1,20 @@
-// The state of a run, all of it but what single stages keep for themselves (the luma threshold
-// carry of the scan, the memories of box methods 1 and 2 and of the gate; each stands in the
-// header of its stage). One thread, one run a process: everything starts as zero.
+// The state of a run. One thread, one run at a time; everything starts as zero, and ResetRunState
+// (app/reset_run.h) puts everything back. Beside the records below, stages keep for themselves:
+//
+//   tGradientTexts, aWorkMap   cfg_top   texts of the tap lists, working copy of the input map;
+//                                        cfgConfigure fills both anew
+//   szPreInput, szScaledInput, sToolDir  input: the texts behind three pointers below
+//   nYDiffThreCarry            decision/luma_threshold.h   threshold that the last frame left
+//   pRowWalk                   app/frame_scan.cpp   memory of the row walk; null otherwise
+//   aGridTune[].nScore         object/grid_cluster.h       memory of box method 1
+//   tProjectionState           object/projection_box.h     memory of box method 2
+//   tGateState                 object/bbox_gate.h          memory of the temporal gate
+//   aOpenDumps, tFrameFile     output/dumps.cpp     open text files
+//   bTextPlain                 output/text_out.h    from the environment, as DumpsOpen finds it
+//   tReader, nNextFrame        app/md_sim_run.cpp   the working file; MdSimStart sets both
+//
+// For the process: the kernels chosen (feature/kernel_path.cpp) and the switches of the environment
+// (run_switches.h), both read once.
 #pragma once
 
 #include <cstdint>

@@ -50,7 +50,7 @@ enum RefMode : int32_t { kRefLoggedTwice = 0, kRefLoggedOnce = 1 };
 // Values of nMD_HogDistAvailCheck that mean something; the others switch the check off.
 enum AvailCheck : int32_t { kAvailCheckLuma = 1, kAvailCheckRefused = 2 };
 
-// Values of nMD_PostProcMethod: how active blocks become a box. object/post_proc.cpp has their
+// Values of nMD_PostProcMethod: how active blocks become a box. object/box_methods.cpp has their
 // table.
 enum PostProcMethod : int32_t {
     kWeightedCentroid = 0,

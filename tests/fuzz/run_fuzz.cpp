@@ -10,10 +10,6 @@
 
 #include "app/md_sim_run.h"
 #include "md/cfg_top/input_map.h"
-#include "md/object/bbox_gate.h"
-#include "md/object/grid_cluster.h"
-#include "md/object/projection_box.h"
-#include "md/output/dumps.h"
 #include "md/run_state.h"
 #include "tests/fuzz/exit_trap.h"
 #include "tests/support/program.h"
@@ -55,7 +51,8 @@ std::string PickConfig(FuzzedDataProvider& t, const std::string& sFolder) {
     std::string s = BaseConfig(Pick(t, 16, 56), Pick(t, 16, 56)) + "InputFilePath = " + szName +
                     "\nMD_DbgEn = " + std::to_string(Pick(t, 0, 0x3FFF)) + "\nEnableBatch = 0\n";
     for (int32_t n = Pick(t, 0, 24); n > 0; --n) {
-        const InputMapEntry& tRow = aInputMap[Pick(t, 0, kKeyCount - 1)];
+        const InputMapEntry& tRow =
+            aInputKeys[t.ConsumeIntegralInRange<size_t>(0, aInputKeys.size() - 1)];
         if (std::strstr(tRow.TokenName, "FilePath") != nullptr) continue;
         s += std::string(tRow.TokenName) + " = " + PickValue(t, tRow) + "\n";
     }
@@ -112,11 +109,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nData) {
     WriteAll(sFolder + "a.cfg", PickConfig(tData, sFolder));
     std::string aTexts[] = {sFolder + "MD", "-d", sFolder + "a.cfg"};
     char* argv[] = {aTexts[0].data(), aTexts[1].data(), aTexts[2].data()};
-    // State that a process has once.
-    tGoldenFile.tFile = tDistFile.tFile = OutFile{};
-    tGateState = {};
-    tProjectionState = {};
-    for (GridTune& t : aGridTune) t.nScore = 0;
     const int nStatus = RunTrapped([&] { MdSimRun(3, argv); });
     RequireKnownStatus(nStatus);
     if (nStatus == kCameBack) RequireEvenVideos(sFolder);

@@ -98,3 +98,7 @@ void PpBboxGate(const MdPpConfig* pConfig, MdResult* pResult) {
     }
     ++st.nBboxFrame;
 }
+
+void BboxGateReset() {
+    tGateState = GateState{};
+}

@@ -23,3 +23,6 @@ extern GateState tGateState;
 // Needs a window of at least 1. A suppressed frame keeps bMotionDetected and bValid, with nObjNum 0
 // and a zero box.
 void PpBboxGate(const MdPpConfig* pConfig, MdResult* pResult);
+
+// Clears tGateState.
+void BboxGateReset();

@@ -118,6 +118,10 @@ void PpGridCluster(const MdPpConfig* pConfig, MdResult* pResult) {
     tObject.bottom = static_cast<uint16_t>(r.bottom);
 }
 
+void GridClusterReset() {
+    for (GridTune& t : aGridTune) t.nScore = 0;
+}
+
 void GridRegionMerge(GridRegion* pA, GridRegion* pB, int32_t nGap) {
     GridRegion& a = *pA;
     GridRegion& b = *pB;

@@ -37,5 +37,8 @@ extern GridTune aGridTune[2];
 
 void PpGridCluster(const MdPpConfig* pConfig, MdResult* pResult);
 
+// Clears the score of both records.
+void GridClusterReset();
+
 // Absorbs region b in region a when their boxes lie at most `nGap` pixels apart on both axes.
 void GridRegionMerge(GridRegion* pA, GridRegion* pB, int32_t nGap);

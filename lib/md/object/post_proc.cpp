@@ -4,10 +4,7 @@
 #include <cstring>
 
 #include "md/object/bbox_gate.h"
-#include "md/object/bisection.h"
-#include "md/object/grid_cluster.h"
-#include "md/object/projection_box.h"
-#include "md/object/weighted_centroid.h"
+#include "md/object/box_methods.h"
 #include "md/print.h"
 #include "md/run_state.h"
 
@@ -23,22 +20,7 @@ void MdPackAvailBits() {
 
 void MdPostProc(const MdPpConfig* pConfig, MdResult* pResult) {
     MdClearObjects(pResult);
-    switch (pConfig->nPostProcMethod) {
-        case 0:
-            PpWeightedCentroid(pConfig, pResult);
-            break;
-        case 1:
-            PpGridCluster(pConfig, pResult);
-            break;
-        case 2:
-            PpProjectionBox(pConfig, pResult);
-            break;
-        case 3:
-            PpBisection(pConfig, pResult);
-            break;
-        default:
-            break;
-    }
+    BoxMethodOf(pConfig->nPostProcMethod).pRun(pConfig, pResult);
     const MdObject& tObject = pResult->tObjects[0];
     MdPrint("MotionDetected=%d, objNum=%d, (%d, %d, %d, %d, %d)\n", pResult->bMotionDetected,
             pResult->nObjNum, tObject.bValid, tObject.left, tObject.right, tObject.top,

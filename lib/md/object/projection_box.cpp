@@ -140,7 +140,7 @@ BoxReason TestBox(int32_t nNew, int32_t nOld) {
     return {bGrew ? kProjectionGrew : kProjectionMotion, {nStood, kStableFrames, nNew, nOld}};
 }
 
-void ClearObjects(MdResult* pResult) {
+void ReportNoBox(MdResult* pResult) {
     std::memset(pResult->tObjects, 0, sizeof pResult->tObjects);
     pResult->nObjNum = 0;
 }
@@ -150,10 +150,10 @@ void ClearObjects(MdResult* pResult) {
 void PpProjectionBox(const MdPpConfig* pConfig, MdResult* pResult) {
     ProjectionState& st = tProjectionState;
     const BlkCorParams tBlkCorParams{
-        pResult->pCurFeat, pResult->pFeaturePool[pConfig->nRefBufIdx],
-        pResult->pDistMap, pResult->pAvailBits,
-        pResult->nBlkW,    pResult->nBlkH,
-        pConfig->nWidth,   pConfig->nHeight,
+        CurrentRecords(*pResult), SlotRecords(*pResult, pConfig->nRefBufIdx),
+        pResult->pDistMap,        pResult->pAvailBits,
+        pResult->nBlkW,           pResult->nBlkH,
+        pConfig->nWidth,          pConfig->nHeight,
         pConfig->nStride,
     };
     ActiveBlk aList[kProjectionMaxBlocks];
@@ -169,6 +169,10 @@ void PpProjectionBox(const MdPpConfig* pConfig, MdResult* pResult) {
         tObject.left = tObject.top = tObject.right = tObject.bottom = 0;
     }
     ++st.nPpFrame;
+}
+
+void ProjectionBoxReset() {
+    tProjectionState = ProjectionState{};
 }
 
 void BlkRefine(const BlkCorParams* pParams, ActiveBlk* pList, int32_t* pActiveBlkNum) {
@@ -233,7 +237,7 @@ void BoxProject(const BlkCorParams* pParams, const ActiveBlk* pList, int32_t nAc
         maxY = std::max(maxY, blk.nRow * p.nStride);
     }
     if (nCount == 0) {
-        ClearObjects(pResult);
+        ReportNoBox(pResult);
         pResult->tBoxReason = {nActiveBlkNum == 0 ? kProjectionNoBlock : kProjectionNoMeeting,
                                {nActiveBlkNum}};
         return;
@@ -242,7 +246,7 @@ void BoxProject(const BlkCorParams* pParams, const ActiveBlk* pList, int32_t nAc
     maxX = std::min(maxX + kBoxExtent, p.nWidth);
     maxY = std::min(maxY + kBoxExtent, p.nHeight);
     if (maxX - minX <= 0 || maxY - minY <= 0) {
-        ClearObjects(pResult);
+        ReportNoBox(pResult);
         return;
     }
     pResult->nObjNum = 1;

@@ -59,7 +59,11 @@ struct ActiveBlk {
     uint8_t nDist;
 };
 
+// Reads the feature records of the current frame and of pool slot nRefBufIdx.
 void PpProjectionBox(const MdPpConfig* pConfig, MdResult* pResult);
+
+// Clears tProjectionState.
+void ProjectionBoxReset();
 
 // Fills the list (room for every block) and its count.
 void BlkRefine(const BlkCorParams* pParams, ActiveBlk* pList, int32_t* pActiveBlkNum);

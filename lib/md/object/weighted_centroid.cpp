@@ -10,8 +10,10 @@ struct Gathered {
     uint16_t nCount = 0;
     uint32_t sumW = 0;              // at most 255 * 32265 blocks
     uint32_t sumXW = 0, sumYW = 0;  // position times distance; wrap modulo 2^32
-    uint16_t minX, maxX = 0;        // top-left block positions, pixels
-    uint16_t minY, maxY = 0;
+    uint16_t minX;                  // of the top-left corners of blocks, pixels
+    uint16_t maxX = 0;
+    uint16_t minY;
+    uint16_t maxY = 0;
 };
 
 Gathered GatherBlocks(const MdPpConfig& cfg, const MdResult& res) {

@@ -1,29 +1,18 @@
 #include "md/output/dumps.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "md/compose_path.h"
+#include "md/output/object_report.h"
+#include "md/output/text_out.h"
 #include "md/run_state.h"
 #include "md/run_switches.h"
-
-TextOut tGoldenFile;
-TextOut tDistFile;
 
 namespace {
 
 constexpr int32_t kCellsPerBlock = 4;
-
-TextOut tFrameFile;  // the per-frame file in hand; one is open at a time
-
-void OpenFrameFile(const char* szPath) {
-    TextOpen(&tFrameFile, szPath, "dump file");
-}
-
-// "%s/%04d" + szEnding in the feature folder; frames are numbered from 1 in names.
-void FrameFileName(char (&szName)[640], const char* szEnding) {
-    ComposePath(szName, kExitRefused, "%s/%04d%s", tSimParams.szFeaturePath,
-                tSimParams.tMd.CurFrmId + tSimParams.nStartFrameIdx + 1, szEnding);
-}
 
 // Calls fnBlock(bx, by, i) for every block in raster order.
 template <typename Block>
@@ -57,45 +46,7 @@ void PrintFrameHeading(TextOut* pFile) {
     TextPrint<"****************\n">(pFile);
 }
 
-}  // namespace
-
-void DumpsOpen() {
-    static char szGolden[640];
-    static char szDist[640];
-    constexpr const char* szMessage = "golden data file";
-    bTextPlain = Switches().bPlainText;
-    std::atexit(DumpsClose);  // a run that ends early keeps the records of its whole frames
-    if ((tSimParams.tMd.nDbgEn & kDbgFeatures) != 0) {
-        ComposePath(szGolden, kExitRefused, "%s/hogmd_golden.txt", tSimParams.szFeaturePath);
-        TextOpen(&tGoldenFile, szGolden, szMessage);
-    }
-    if ((tSimParams.tMd.nDbgEn & kDbgDistances) != 0) {
-        ComposePath(szDist, kExitRefused, "%s/hogmd_dist.txt", tSimParams.szFeaturePath);
-        TextOpen(&tDistFile, szDist, szMessage);
-    }
-}
-
-void DumpsClose() {
-    TextClose(&tGoldenFile);
-    TextClose(&tDistFile);
-}
-
-void DumpFrameFeatures(int32_t iRefIdx) {
-    char logfilePath_hog[640];
-    FrameFileName(logfilePath_hog, "_HOGCur.txt");
-    DumpFeatureText(logfilePath_hog, tMdResult.pCurFeat);
-    FrameFileName(logfilePath_hog, "_HOGRef.txt");
-    DumpFeatureText(logfilePath_hog, tMdResult.pFeaturePool[iRefIdx]);
-    FrameFileName(logfilePath_hog, "_Full.json");
-    DumpFullJson(logfilePath_hog, iRefIdx);
-    FrameFileName(logfilePath_hog, "_Full.csv");
-    DumpFullCsv(logfilePath_hog);
-    DumpGolden();
-}
-
-void DumpFeatureText(const char* szName, const BlockFeature* pFeat) {
-    TextOut* f = &tFrameFile;
-    OpenFrameFile(szName);
+void DumpFeatureText(TextOut* f, const BlockFeature* pFeat) {
     TextPrint<"Cur Frame Features\nEnabled: ">(f);
     TextPrint<"MOG,">(f);
     TextPrint<"\n">(f);
@@ -104,23 +55,17 @@ void DumpFeatureText(const char* szName, const BlockFeature* pFeat) {
         TextPrintEach<"%d ">(f, pFeat[i].v, kVectorSize);
         TextPrint<", , \nhistNorm:%d\nAvgY:%d\n">(f, pFeat[i].histNorm0, pFeat[i].nAvgY);
     });
-    TextClose(f);
 }
 
-void DumpFullJson(const char* szName, int32_t iRefIdx) {
-    OpenFrameFile(szName);
-    TextPrint<"{\n">(&tFrameFile);
-    DumpFullJsonSection(&tFrameFile, -1);
-    TextPrint<",\n\"Ref\" : {\n">(&tFrameFile);
-    DumpFullJsonSection(&tFrameFile, iRefIdx);
-    TextPrint<"}\n">(&tFrameFile);
-    TextPrint<"}\n">(&tFrameFile);
-    TextClose(&tFrameFile);
+void DumpCurrent(TextOut* f) {
+    DumpFeatureText(f, CurrentRecords(tMdResult));
 }
 
-void DumpFullJsonSection(TextOut* f, int32_t iRefIdx) {
-    const BlockFeature* pFeat =
-        iRefIdx == -1 ? tMdResult.pCurFeat : tMdResult.pFeaturePool[iRefIdx];
+void DumpReference(TextOut* f) {
+    DumpFeatureText(f, SlotRecords(tMdResult, tSimParams.tMd.RefBufIdx));
+}
+
+void DumpFullJsonSection(TextOut* f, const BlockFeature* pFeat) {
     const int32_t nLast = tMdResult.nBlkW * tMdResult.nBlkH - 1;
     TextPrint<" \"MOG\":{\n  \"BlkW\": %d,\n  \"BlkH\": %d,  \"Cell\": %d,\n  \"CellData\": [\n">(
         f, tMdResult.nBlkW, tMdResult.nBlkH, kCellsPerBlock);
@@ -151,10 +96,18 @@ void DumpFullJsonSection(TextOut* f, int32_t iRefIdx) {
     TextPrint<" ]\n">(f);
 }
 
-void DumpFullCsv(const char* szName) {
-    TextOut* f = &tFrameFile;
+void DumpFullJson(TextOut* f) {
+    TextPrint<"{\n">(f);
+    DumpFullJsonSection(f, CurrentRecords(tMdResult));
+    TextPrint<",\n\"Ref\" : {\n">(f);
+    DumpFullJsonSection(f, SlotRecords(tMdResult, tSimParams.tMd.RefBufIdx));
+    TextPrint<"}\n">(f);
+    TextPrint<"}\n">(f);
+}
+
+void DumpFullCsv(TextOut* f) {
+    const BlockFeature* const pFeat = CurrentRecords(tMdResult);
     const bool bVector = (tSimParams.tMd.nMD_MetricMode & kMetricMog) != 0;
-    OpenFrameFile(szName);
     TextPrint<"Block Y ID\tBlock X ID\tBlock avgY\tBlock histNorm\t">(f);
     if (bVector) {
         for (int32_t c = 0; c < kCellsPerBlock; ++c) TextPrint<"Cell%d MoGX\t">(f, c);
@@ -163,20 +116,19 @@ void DumpFullCsv(const char* szName) {
     }
     TextPrint<"Dist\tAvailMask\r\n">(f);
     ForEachBlock([&](int32_t bx, int32_t by, int32_t i) {
-        const BlockFeature& tFeat = tMdResult.pCurFeat[i];
+        const BlockFeature& tFeat = pFeat[i];
         TextPrint<"%d\t%d\t%d\t%d\t">(f, by, bx, tFeat.nAvgY, tFeat.histNorm0);
         if (bVector) TextPrintEach<"%d\t">(f, tFeat.v, kVectorSize);
         TextPrint<"%d\t%d\r\n">(f, tMdResult.pDistMap[i], tMdResult.pAvailMap[i]);
     });
-    TextClose(f);
 }
 
-void DumpGolden() {
-    TextOut* f = &tGoldenFile;
+void DumpGolden(TextOut* f) {
+    const BlockFeature* const pFeat = CurrentRecords(tMdResult);
     const int32_t nMode = tSimParams.tMd.nMD_MetricMode;
     PrintFrameHeading(f);
     ForEachBlock([&](int32_t bx, int32_t by, int32_t i) {
-        const BlockFeature& tFeat = tMdResult.pCurFeat[i];
+        const BlockFeature& tFeat = pFeat[i];
         TextPrint<"x:%03x,y:%03x\n">(f, bx, by);
         if (nMode != 0) TextPrint<"nAvgY=%02x\n">(f, tFeat.nAvgY);
         if ((nMode & kMetricMog) != 0) {
@@ -187,29 +139,122 @@ void DumpGolden() {
     });
 }
 
-void DumpFrameDist() {
-    char logfilePath_hog[640];
-    TextOut* f = &tFrameFile;
-    FrameFileName(logfilePath_hog, "_HOGDist.txt");
-    OpenFrameFile(logfilePath_hog);
+void DumpDistText(TextOut* f) {
     TextPrint<"Output BlkHogDist\n">(f);
     ForEachBlock([&](int32_t bx, int32_t by, int32_t i) {
         TextPrint<"[%03d, %03d]: %03d ">(f, bx, by, tMdResult.pDistMap[i]);
         if (bx == tMdResult.nBlkW - 1) TextPrint<"\n">(f);
     });
-    TextClose(f);
+}
 
-    FrameFileName(logfilePath_hog, "_HOGDist.json");
-    OpenFrameFile(logfilePath_hog);
+void DumpDistJson(TextOut* f) {
     TextPrint<"{\n \"BlkW\": %d,\n \"BlkH\": %d,\n \"Dist\": [\n">(f, tMdResult.nBlkW,
                                                                    tMdResult.nBlkH);
     PrintMapRows(f, tMdResult.pDistMap);
     TextPrint<" ]\n}\n">(f);
-    TextClose(f);
+}
 
-    PrintFrameHeading(&tDistFile);
+void DumpDist(TextOut* f) {
+    PrintFrameHeading(f);
     ForEachBlock([&](int32_t bx, int32_t by, int32_t i) {
         TextPrint<"x:%03x,y:%03x\nhogDistAvail:%04x,hogDis:%04x\n">(
-            &tDistFile, bx, by, tMdResult.pAvailMap[i], tMdResult.pDistMap[i]);
+            f, bx, by, tMdResult.pAvailMap[i], tMdResult.pDistMap[i]);
     });
+}
+
+enum Span { kEachFrame, kWholeRun };
+enum Reads { kMapsOnly, kRecords };
+
+// A file of the feature folder.
+struct DumpFile {
+    DebugBit nBit;             // switches it on
+    Span nSpan;                // kEachFrame: a file for each frame; kWholeRun: one file for all
+    const char* szName;        // kEachFrame: what follows the frame's number; kWholeRun: the name
+    Reads nReads;              // kRecords: the feature records too
+    const char* szKind;        // its name in the message when it cannot be opened
+    void (*pWrite)(TextOut*);  // appends the text of the frame in hand
+};
+
+// In the order in which the files of a frame are written.
+constexpr DumpFile aDumpFiles[] = {
+    // clang-format off
+    {kDbgFeatures,  kEachFrame, "_HOGCur.txt",      kRecords,  "dump file",        DumpCurrent},
+    {kDbgFeatures,  kEachFrame, "_HOGRef.txt",      kRecords,  "dump file",        DumpReference},
+    {kDbgFeatures,  kEachFrame, "_Full.json",       kRecords,  "dump file",        DumpFullJson},
+    {kDbgFeatures,  kEachFrame, "_Full.csv",        kRecords,  "dump file",        DumpFullCsv},
+    {kDbgFeatures,  kWholeRun,  "hogmd_golden.txt", kRecords,  "golden data file", DumpGolden},
+    {kDbgDistances, kEachFrame, "_HOGDist.txt",     kMapsOnly, "dump file",        DumpDistText},
+    {kDbgDistances, kEachFrame, "_HOGDist.json",    kMapsOnly, "dump file",        DumpDistJson},
+    {kDbgDistances, kWholeRun,  "hogmd_dist.txt",   kMapsOnly, "golden data file", DumpDist},
+    {kDbgObjects,   kEachFrame, "_ObjOut.txt",      kMapsOnly, "object report",    ObjectReport},
+    // clang-format on
+};
+
+constexpr auto kWholeRunFiles =
+    static_cast<size_t>(std::ranges::count(aDumpFiles, kWholeRun, &DumpFile::nSpan));
+
+struct OpenDump {
+    char szPath[kDumpPathSize];
+    TextOut tText;
+};
+OpenDump aOpenDumps[kWholeRunFiles];  // of the rows kWholeRun, in their order
+TextOut tFrameFile;                   // the file of a frame in hand; one is open at a time
+
+bool IsOn(const DumpFile& tFile) {
+    return (tSimParams.tMd.nDbgEn & tFile.nBit) != 0;
+}
+
+void WriteFrameFile(const DumpFile& tFile) {
+    char szPath[kDumpPathSize];
+    // Frames are numbered from 1 in names.
+    ComposePath(szPath, kExitRefused, "%s/%04d%s", tSimParams.szFeaturePath,
+                tSimParams.tMd.CurFrmId + tSimParams.nStartFrameIdx + 1, tFile.szName);
+    TextOpen(&tFrameFile, szPath, tFile.szKind);
+    tFile.pWrite(&tFrameFile);
+    TextClose(&tFrameFile);
+}
+
+}  // namespace
+
+void DumpsOpen() {
+    static const int nRegistered = std::atexit(DumpsClose);
+    (void)nRegistered;
+    bTextPlain = Switches().bPlainText;
+    OpenDump* pDump = aOpenDumps;
+    for (const DumpFile& tFile : aDumpFiles) {
+        if (tFile.nSpan != kWholeRun) continue;
+        if (IsOn(tFile)) {
+            ComposePath(pDump->szPath, kExitRefused, "%s/%s", tSimParams.szFeaturePath,
+                        tFile.szName);
+            TextOpen(&pDump->tText, pDump->szPath, tFile.szKind);
+        }
+        ++pDump;
+    }
+}
+
+void DumpsWriteFrame() {
+    OpenDump* pDump = aOpenDumps;
+    for (const DumpFile& tFile : aDumpFiles) {
+        OpenDump* const pOwn = tFile.nSpan == kWholeRun ? pDump++ : nullptr;
+        if (!IsOn(tFile)) continue;
+        if (pOwn != nullptr) {
+            tFile.pWrite(&pOwn->tText);
+        } else {
+            WriteFrameFile(tFile);
+        }
+    }
+}
+
+void DumpsClose() {
+    for (OpenDump& t : aOpenDumps) TextClose(&t.tText);
+}
+
+bool DumpsReadRecords() {
+    return std::ranges::any_of(aDumpFiles,
+                               [](const DumpFile& t) { return IsOn(t) && t.nReads == kRecords; });
+}
+
+void DumpsReset() {
+    for (OpenDump& t : aOpenDumps) TextForget(&t.tText);
+    TextForget(&tFrameFile);
 }

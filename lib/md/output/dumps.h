@@ -1,30 +1,22 @@
-// Per-block dumps of a frame: feature records (nDbgEn bit 5) and distance maps (bit 6). Each group
-// writes some files a frame and appends to one running file. All lie in the feature folder; one
-// that cannot be opened ends the run with status -1. docs/formats.md shows each format.
+// The text files of a run: dumps of feature records (nDbgEn bit 5) and distance maps (bit 6), and
+// the object report (bit 9). All are in the feature folder. dumps.cpp has their table: a row for
+// each file is the one place where a dump is registered. docs/formats.md shows each format.
 #pragma once
 
-#include <cstdint>
-
-#include "md/block_feature.h"
-#include "md/output/text_out.h"
-
-// The running files, open from DumpsOpen to DumpsClose where their bit is set.
-extern TextOut tGoldenFile;
-extern TextOut tDistFile;
-
+// Opens the files that gather all frames, where their bit is set; they are closed at the process's
+// end too, so that a run that ends early keeps the records of its whole frames. A file that cannot
+// be opened ends the run with status -1.
 void DumpsOpen();
+
+// Writes the frame in hand: its own files, and its records in the files that gather all frames. A
+// file that cannot be opened ends the run with status -1.
+void DumpsWriteFrame();
+
+// Does nothing to files that are closed.
 void DumpsClose();
 
-// Bit 5. `iRefIdx`: pool slot of the reference features.
-void DumpFrameFeatures(int32_t iRefIdx);
+// Whether a file that is on reads the feature records, which the scan keeps only when it must.
+bool DumpsReadRecords();
 
-// Bit 6.
-void DumpFrameDist();
-
-void DumpFeatureText(const char* szName, const BlockFeature* pFeat);
-void DumpFullJson(const char* szName, int32_t iRefIdx);
-void DumpFullCsv(const char* szName);
-void DumpGolden();
-
-// One section of the full JSON; iRefIdx -1 takes the current features.
-void DumpFullJsonSection(TextOut* f, int32_t iRefIdx);
+// Forgets a run that ended early; closes nothing.
+void DumpsReset();

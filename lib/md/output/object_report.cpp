@@ -3,40 +3,33 @@
 #include <cstdio>
 
 #include "md/compose_path.h"
-#include "md/output/text_out.h"
 #include "md/print.h"
 #include "md/run_state.h"
 
-void ObjectReportWrite() {
-    static TextOut tText;
-    char logfilePath_objOut[640];
-    ComposePath(logfilePath_objOut, kExitRefused, "%s/%04d_ObjOut.txt", tSimParams.szFeaturePath,
-                tSimParams.tMd.CurFrmId + tSimParams.nStartFrameIdx + 1);
-    TextOpen(&tText, logfilePath_objOut, "object report");
-    TextPrint<"{\n">(&tText);
-    TextPrint<"  \"bMotionDetected\": %d,\n">(&tText, tMdResult.bMotionDetected);
-    TextPrint<"  \"count\": %d,\n">(&tText, tMdResult.nObjNum);
-    TextPrint<"  \"objs\" : [\n">(&tText);
+void ObjectReport(TextOut* pText) {
+    TextPrint<"{\n">(pText);
+    TextPrint<"  \"bMotionDetected\": %d,\n">(pText, tMdResult.bMotionDetected);
+    TextPrint<"  \"count\": %d,\n">(pText, tMdResult.nObjNum);
+    TextPrint<"  \"objs\" : [\n">(pText);
     for (int32_t i = 0; i < tMdResult.nObjNum; ++i) {
         const MdObject& tObject = tMdResult.tObjects[i];
-        TextPrint<"    {\n">(&tText);
-        TextPrint<"      \"left\": %d,\n">(&tText, tObject.left);
-        TextPrint<"      \"top\": %d,\n">(&tText, tObject.top);
-        TextPrint<"      \"right\": %d,\n">(&tText, tObject.right);
-        TextPrint<"      \"bottom\": %d\n">(&tText, tObject.bottom);
+        TextPrint<"    {\n">(pText);
+        TextPrint<"      \"left\": %d,\n">(pText, tObject.left);
+        TextPrint<"      \"top\": %d,\n">(pText, tObject.top);
+        TextPrint<"      \"right\": %d,\n">(pText, tObject.right);
+        TextPrint<"      \"bottom\": %d\n">(pText, tObject.bottom);
         if (i < tMdResult.nObjNum - 1) {
-            TextPrint<"    },\n">(&tText);
+            TextPrint<"    },\n">(pText);
         } else {
-            TextPrint<"    }\n">(&tText);
+            TextPrint<"    }\n">(pText);
         }
     }
-    TextPrint<"  ]\n">(&tText);
-    TextPrint<"}\n">(&tText);
-    TextClose(&tText);
+    TextPrint<"  ]\n">(pText);
+    TextPrint<"}\n">(pText);
 }
 
 void CountLogStart() {
-    char logfilePath_HOGCount[544];
+    char logfilePath_HOGCount[kDumpPathSize];
     ComposePath(logfilePath_HOGCount, kExitRefused, "%s/HOGCount.txt", tSimParams.szFeaturePath);
     OutFile tLog;
     if (!OutFileOpen(&tLog, logfilePath_HOGCount, "ab")) {

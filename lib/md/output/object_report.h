@@ -1,9 +1,12 @@
-// The object report, one small JSON text a frame, and the count log, one header line a run. Both
-// lie in the feature folder; a file that cannot be opened ends the run with status -1.
+// The object report, one small JSON text for each frame, and the count log, one header line for
+// each run. Both are in the feature folder.
 #pragma once
 
-// Writes "%04d_ObjOut.txt" for the frame in hand, numbered from 1.
-void ObjectReportWrite();
+#include "md/output/text_out.h"
 
-// Appends this run's header to HOGCount.txt. Once a run, before the first frame.
+// Writes the report of the frame in hand; dumps.cpp opens its file.
+void ObjectReport(TextOut* pText);
+
+// Appends this run's header to HOGCount.txt. Once a run, before the first frame. A file that cannot
+// be opened ends the run with status -1.
 void CountLogStart();

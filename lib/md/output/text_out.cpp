@@ -17,6 +17,11 @@ void TextFlush(TextOut* pOut) {
     pOut->nUsed = 0;
 }
 
+void TextForget(TextOut* pOut) {
+    pOut->tFile = OutFile{};
+    pOut->nUsed = 0;
+}
+
 void TextClose(TextOut* pOut) {
     if (pOut->tFile.pFile == nullptr) return;
     TextFlush(pOut);

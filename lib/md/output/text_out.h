@@ -34,6 +34,9 @@ void TextOpen(TextOut* pOut, const char* szPath, const char* szKind);
 // Writes out what is gathered.
 void TextFlush(TextOut* pOut);
 
+// Drops what is gathered and the file with it, without closing it.
+void TextForget(TextOut* pOut);
+
 // Closes the file, if it is open; one warning line if not all of it could be written.
 void TextClose(TextOut* pOut);
 

@@ -8,15 +8,17 @@
 // The box methods report one object at most, the record has room for four.
 TEST(ObjectReport, CommasStandBetweenObjects) {
     const TempFolder tFolder;
-    std::snprintf(tSimParams.szFeaturePath, kPathSize, "%s", tFolder.Path().string().c_str());
+    const std::string sPath = tFolder / "report";
+    static TextOut tText;
     tMdResult.nObjNum = 2;
-    ObjectReportWrite();
+    TextOpen(&tText, sPath.c_str(), "report");
+    ObjectReport(&tText);
+    TextClose(&tText);
     const std::string sObject =
         "    {\n      \"left\": 0,\n      \"top\": 0,\n      \"right\": 0,\n      \"bottom\": 0\n  "
         "  }";
-    EXPECT_EQ(ReadAll(tFolder / "0001_ObjOut.txt"),
+    EXPECT_EQ(ReadAll(sPath),
               "{\n  \"bMotionDetected\": 0,\n  \"count\": 2,\n  \"objs\" : [\n" + sObject + ",\n" +
                   sObject + "\n  ]\n}\n");
-    tSimParams = {};
     tMdResult = {};
 }
