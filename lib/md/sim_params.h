@@ -28,7 +28,7 @@ enum MetricBit : int32_t {
     kMetricMog2x2 = 1 << 3,
 };
 
-// Values of InputFileType.
+// Values of InputFileType. input/input_types.cpp has their table.
 enum InputType : int32_t {
     kRaw420 = 0,    // raw planar 4:2:0
     kAnyVideo = 1,  // any video that the outside tools read

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "md/input/input_types.h"
+
 namespace {
 
-bool HasMark(const char* szPath, const char* szUpper, const char* szLower) {
-    return std::strstr(szPath, szUpper) != nullptr || std::strstr(szPath, szLower) != nullptr;
-}
-
-// Reads decimal digits; returns the place behind them.
+// Reads decimal digits; returns the place after them.
 const char* ReadDigits(const char* p, const char* pEnd, int32_t* pValue) {
     int64_t nValue = 0;
     for (; p < pEnd && *p >= '0' && *p <= '9'; ++p) {
@@ -21,13 +19,15 @@ const char* ReadDigits(const char* p, const char* pEnd, int32_t* pValue) {
 
 }  // namespace
 
-int32_t InputTypeFromName(const char* szPath) {
+InputType InputTypeFromName(const char* szPath) {
     const char* pDot = std::strrchr(szPath, '.');
-    if (pDot == nullptr || std::strncmp(pDot + 1, "yuv", 3) != 0) return 1;
-    if (HasMark(szPath, "_P420", "_p420")) return 0;
-    if (HasMark(szPath, "_P422", "_p422")) return 3;
-    if (HasMark(szPath, "_P400", "_p400")) return 2;
-    return 1;
+    if (pDot == nullptr || std::strncmp(pDot + 1, "yuv", 3) != 0) return kAnyVideo;
+    for (const InputTypeRow& tRow : aInputTypes) {
+        if (tRow.szMark == nullptr) continue;
+        if (std::strstr(szPath, tRow.szMark) != nullptr) return tRow.nType;
+        if (std::strstr(szPath, tRow.szSmallMark) != nullptr) return tRow.nType;
+    }
+    return kAnyVideo;
 }
 
 bool ParseNameSize(const char* pFrom, const char* pEnd, int32_t* pWidth, int32_t* pHeight) {

@@ -1,12 +1,14 @@
-// What the name of an input file tells of its content.
+// What the name of an input file says about its content.
 #pragma once
 
 #include <cstdint>
 
-// Type of a file named as raw video: its extension begins with "yuv" and the path bears a mark,
-// "_P420" gives 0, "_P422" 3, "_P400" 2 (the P in either case). Any other name gives 1. The marks
-// are looked for in the whole path, folders included.
-int32_t InputTypeFromName(const char* szPath);
+#include "md/sim_params.h"
+
+// Type of a file named as raw video: its extension begins with "yuv" and the path bears a mark of
+// the table (input_types.h), such as "_P420". Any other name gives kAnyVideo. Marks are looked for
+// in the whole path, folders included.
+InputType InputTypeFromName(const char* szPath);
 
 // Calls fnFound(width, height) for every size in the path, in order: decimal digits, 'x', decimal
 // digits, filling exactly what stands between two underscores; both at least 1.

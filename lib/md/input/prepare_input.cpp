@@ -1,6 +1,5 @@
 #include "md/input/prepare_input.h"
 
-#include <cstdarg>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -9,8 +8,10 @@
 
 #include "md/cfg_top/cfg_text.h"
 #include "md/compose_path.h"
+#include "md/input/input_types.h"
 #include "md/input/name_marks.h"
 #include "md/input/raw_files.h"
+#include "md/input/tool_commands.h"
 #include "md/platform/platform.h"
 #include "md/platform/run_tool.h"
 #include "md/print.h"
@@ -23,36 +24,6 @@ constexpr size_t kDerivedPathSize = 768;
 // The derived paths, which the loop reads up to the end of the process.
 char szPreInput[kDerivedPathSize];
 char szScaledInput[kDerivedPathSize];
-
-std::string InFolder(const char* szFolder) {
-    return CommandFolder(szFolder, cPathSep);
-}
-
-__attribute__((format(printf, 2, 0))) void ComposeCommand(char (&cmd)[kCommandSize],
-                                                          const char* szFormat, std::va_list args) {
-    if (FitTextList(cmd, kCommandSize, szFormat, args)) return;
-    EndRun(stdout, kExitInput, "[ERROR] command is longer than %d bytes: %s...\n",
-           static_cast<int>(kCommandSize) - 1, cmd);
-}
-
-__attribute__((format(printf, 1, 2))) void Run(const char* szFormat, ...) {
-    char cmd[kCommandSize];
-    std::va_list args;
-    va_start(args, szFormat);
-    ComposeCommand(cmd, szFormat, args);
-    va_end(args);
-    RunTool(cmd);
-}
-
-__attribute__((format(printf, 1, 2))) void PrintAndRun(const char* szFormat, ...) {
-    char cmd[kCommandSize];
-    std::va_list args;
-    va_start(args, szFormat);
-    ComposeCommand(cmd, szFormat, args);
-    va_end(args);
-    MdPrint("INFO: exec: %s\n", cmd);
-    RunTool(cmd);
-}
 
 void FindTools(const char* szArgv0) {
     static std::string sToolDir;
@@ -96,7 +67,8 @@ int32_t ReadNumberLine(std::FILE* pFile) {
 
 void ProbeInputSize() {
     SimParams& sim = tSimParams;
-    Run("%sffprobe -v error -select_streams v:0 -show_entries stream=width,height "
+    RunSilently(
+        "%sffprobe -v error -select_streams v:0 -show_entries stream=width,height "
         "-of default=nw=1:nk=1 %s > %sinput_resolution.txt",
         InFolder(pToolDir).c_str(), CommandWord(sim.InputFilePath).c_str(),
         InFolder(sim.OutputFilePath).c_str());
@@ -114,37 +86,21 @@ void ProbeInputSize() {
     OverwriteInputSize(nWidth, nHeight, "Warning:");
 }
 
-// Makes pPreInputPath from any input but raw 4:2:0.
-void ConvertInput() {
+// Makes pPreInputPath from an input that is not raw 4:2:0.
+void ConvertInput(const InputTypeRow& tType) {
     SimParams& sim = tSimParams;
     if (pToolDir == nullptr) {
         EndRun(stdout, kExitInput,
                "[ERROR] ffmpeg/ffprobe is not exist for converting input yuv420p\n");
     }
-    if (sim.nInputFileType == kAnyVideo) ProbeInputSize();
+    if (tType.bAskSize) ProbeInputSize();
     if (sim.nInputWidth == 0 || sim.nInputHeight == 0) {
         EndRun(stdout, kExitInput, "[ERROR] auto detect W,H fail\n");
     }
     ComposePath(szPreInput, kExitInput, "%s%cPreInput_%dx%d_P420.yuv", sim.OutputFilePath, cPathSep,
                 sim.nInputWidth, sim.nInputHeight);
     sim.pPreInputPath = szPreInput;
-    switch (sim.nInputFileType) {
-        case kAnyVideo:
-            PrintAndRun("%sffmpeg %s -i %s -c:v rawvideo -pix_fmt yuv420p %s",
-                        InFolder(pToolDir).c_str(), szToolFlags,
-                        CommandWord(sim.InputFilePath).c_str(), CommandWord(szPreInput).c_str());
-            break;
-        case kRawLuma:
-            YuvI400ToI420(sim.InputFilePath, sim.nInputWidth, sim.nInputHeight, szPreInput);
-            break;
-        default:
-            PrintAndRun(
-                "%sffmpeg %s -f rawvideo -pix_fmt yuv422p -s:v %dx%d -i %s "
-                "-c:v rawvideo -pix_fmt yuv420p %s",
-                InFolder(pToolDir).c_str(), szToolFlags, sim.nInputWidth, sim.nInputHeight,
-                CommandWord(sim.InputFilePath).c_str(), CommandWord(szPreInput).c_str());
-            break;
-    }
+    tType.pConvert(szPreInput);
     if (!PathExists(szPreInput)) {
         EndRun(stdout, kExitInput, "ERROR: generate YUV420p file %s fail\n", szPreInput);
     }
@@ -200,7 +156,7 @@ void MakeScaledInput() {
     SimParams& sim = tSimParams;
     const bool bSameSize = nMdWidth == sim.nInputWidth && nMdHeight == sim.nInputHeight;
     if (bSameSize) {
-        if (sim.nInputFileType == kAnyVideo || sim.nInputFileType == kRaw422) RefuseOddDelivery();
+        if (InputTypeOf(sim.nInputFileType).bByTool) RefuseOddDelivery();
         sim.pScaledInputPath = sim.pPreInputPath;
         if ((sim.tMd.nDbgEn & kDbgKeepScaled) == 0) return;
         if (pToolDir == nullptr) {
@@ -235,10 +191,11 @@ void MakeScaledInput() {
 void MdPrepareInput(const char* szArgv0) {
     FindTools(szArgv0);
     if (tSimParams.nInputFileType == kAnyVideo) ReadNameMarks();
-    if (tSimParams.nInputFileType == kRaw420) {
+    const InputTypeRow& tType = InputTypeOf(tSimParams.nInputFileType);
+    if (tType.pConvert == nullptr) {
         tSimParams.pPreInputPath = tSimParams.InputFilePath;
     } else {
-        ConvertInput();
+        ConvertInput(tType);
     }
     FixWorkingSize();
     MakeScaledInput();
