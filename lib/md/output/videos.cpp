@@ -17,17 +17,45 @@ constexpr RgbColour rgbHog1 = {255, 255, 255};   // box on comp and hogDist
 constexpr RgbColour rgbOrig0 = {128, 128, 255};  // centre dot on motionArea
 constexpr RgbColour rgbOrig1 = {0, 255, 0};      // box on motionArea
 
-bool VideoOn(DebugBit nBit) {
+// What is drawn on a video: the active blocks and a thin box, on the last of its panels, or the box
+// and its centre.
+enum Drawing { kBlocks, kCentre };
+
+struct Video {
+    DebugBit nBit;  // switches it on
+    const char* szName;
+    int32_t nPanels;  // frames side by side
+    Drawing nDrawing;
+    OutputVideo OutputFiles::*pFile;
+    uint8_t* FrameBuffers::*pCanvas;  // appended to the file once a frame
+
+    bool IsOn() const { return (tSimParams.tMd.nDbgEn & nBit) != 0; }
+    OutputVideo& File() const { return tOutputFiles.*pFile; }
+    uint8_t* Canvas() const { return tFrameBuffers.*pCanvas; }
+    int32_t Width() const { return nPanels * nMdWidth; }
+    int32_t LastPanel() const { return (nPanels - 1) * nMdWidth; }  // its left edge, pixels
+};
+
+constexpr Video aVideos[] = {
+    // clang-format off
+    {kDbgComp,       "comp",       3, kBlocks, &OutputFiles::comp,       &FrameBuffers::pCompYuv},
+    {kDbgMotionArea, "motionArea", 1, kCentre, &OutputFiles::motionArea, &FrameBuffers::pCurYuv},
+    {kDbgHogDist,    "hogDist",    1, kBlocks, &OutputFiles::hogDist,    &FrameBuffers::pHogDistYuv},
+    // clang-format on
+};
+
+bool IsOn(DebugBit nBit) {
     return (tSimParams.tMd.nDbgEn & nBit) != 0;
 }
 
-void OpenVideo(OutputVideo* pVideo, const char* szName, const char* szOutputPath, int32_t nWidth) {
-    ComposePath(pVideo->szPath, kExitRefused, "%s/%s_%dx%d_P420.yuv", szOutputPath, szName, nWidth,
-                nMdHeight);
-    RefuseToOverwrite(pVideo->szPath, tSimParams.InputFilePath, kExitRefused);
-    RefuseToOverwrite(pVideo->szPath, tSimParams.pScaledInputPath, kExitRefused);
-    if (!OutFileOpen(&pVideo->tFile, pVideo->szPath)) {
-        EndRun(stdout, kExitRefused, "open %s file %s error\n", szName, pVideo->szPath);
+void OpenVideo(const Video& tVideo, const char* szOutputPath) {
+    OutputVideo& t = tVideo.File();
+    ComposePath(t.szPath, kExitRefused, "%s/%s_%dx%d_P420.yuv", szOutputPath, tVideo.szName,
+                tVideo.Width(), nMdHeight);
+    RefuseToOverwrite(t.szPath, tSimParams.InputFilePath, kExitRefused);
+    RefuseToOverwrite(t.szPath, tSimParams.pScaledInputPath, kExitRefused);
+    if (!OutFileOpen(&t.tFile, t.szPath)) {
+        EndRun(stdout, kExitRefused, "open %s file %s error\n", tVideo.szName, t.szPath);
     }
 }
 
@@ -57,59 +85,46 @@ void OutputDrawBlockDot(int32_t x, int32_t y, uint8_t nLevel) {
     const int32_t r = std::min(md.nMD_HogBlockStride, md.nMD_HogBlockSize) >> 2;
     const RgbColour rgb = {nLevel, 0, 0};
     if (nLevel < md.nMD_HogDist_Th) return;
-    if (VideoOn(kDbgComp)) {
-        YuvFillCircle(tFrameBuffers.pCompYuv, 3 * nMdWidth, nMdHeight, x + 2 * nMdWidth, y, r, rgb);
-    }
-    if (VideoOn(kDbgHogDist)) {
-        YuvFillCircle(tFrameBuffers.pHogDistYuv, nMdWidth, nMdHeight, x, y, r, rgb);
+    for (const Video& t : aVideos) {
+        if (!t.IsOn() || t.nDrawing != kBlocks) continue;
+        YuvFillCircle(t.Canvas(), t.Width(), nMdHeight, x + t.LastPanel(), y, r, rgb);
     }
 }
 
 // Centre and half size of the box, pixels; both half sizes above 0.
 void OutputDrawBox(int32_t cx, int32_t cy, int32_t hw, int32_t hh) {
-    const int32_t W = nMdWidth;
-    const int32_t H = nMdHeight;
-    if (VideoOn(kDbgComp)) {
-        const YuvRect rcHog{cx - hw + 2 * W, cy - hh, 2 * hw, 2 * hh};
-        YuvDrawRect(tFrameBuffers.pCompYuv, 3 * W, H, &rcHog, rgbHog1, 1);
-    }
-    if (VideoOn(kDbgHogDist)) {
-        const YuvRect rcHog{cx - hw, cy - hh, 2 * hw, 2 * hh};
-        YuvDrawRect(tFrameBuffers.pHogDistYuv, W, H, &rcHog, rgbHog1, 1);
-    }
-    if (VideoOn(kDbgMotionArea)) {
-        const int32_t nRadius = tSimParams.tMd.nMD_HogBlockStride / 2;
-        YuvFillCircle(tFrameBuffers.pCurYuv, W, H, cx, cy, nRadius, rgbOrig0);
-        const YuvRect rcOrig{cx - hw, cy - hh, 2 * hw, 2 * hh};
-        YuvDrawRect(tFrameBuffers.pCurYuv, W, H, &rcOrig, rgbOrig1, 2);
+    for (const Video& t : aVideos) {
+        if (!t.IsOn()) continue;
+        const YuvRect rc{cx - hw + t.LastPanel(), cy - hh, 2 * hw, 2 * hh};
+        if (t.nDrawing == kBlocks) {
+            YuvDrawRect(t.Canvas(), t.Width(), nMdHeight, &rc, rgbHog1, 1);
+        } else {
+            const int32_t nRadius = tSimParams.tMd.nMD_HogBlockStride / 2;
+            YuvFillCircle(t.Canvas(), t.Width(), nMdHeight, cx, cy, nRadius, rgbOrig0);
+            YuvDrawRect(t.Canvas(), t.Width(), nMdHeight, &rc, rgbOrig1, 2);
+        }
     }
 }
 
 void OutputFilesWrite() {
     const size_t nPixels = static_cast<size_t>(nMdWidth) * static_cast<size_t>(nMdHeight);
-    const auto Append = [](OutputVideo* pVideo, const uint8_t* pYuv, size_t nBytes) {
-        OutFileWrite(&pVideo->tFile, pYuv, nBytes);
-    };
-    if (VideoOn(kDbgComp)) Append(&tOutputFiles.comp, tFrameBuffers.pCompYuv, nPixels * 9 / 2);
-    if (VideoOn(kDbgMotionArea)) {
-        Append(&tOutputFiles.motionArea, tFrameBuffers.pCurYuv, nPixels * 3 / 2);
-    }
-    if (VideoOn(kDbgHogDist)) {
-        Append(&tOutputFiles.hogDist, tFrameBuffers.pHogDistYuv, nPixels * 3 / 2);
+    for (const Video& t : aVideos) {
+        const size_t nBytes = nPixels * 3 * static_cast<size_t>(t.nPanels) / 2;
+        if (t.IsOn()) OutFileWrite(&t.File().tFile, t.Canvas(), nBytes);
     }
 }
 
-void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth) {
+void ConvertVideo(const Video& tVideo) {
     char cmd[kCommandSize];
-    const int32_t nHeight = nMdHeight;
-    const char* szOutputPath = tSimParams.OutputFilePath;
+    const char* const szRaw = tVideo.File().szPath;
     if (!FitText(cmd,
                  "%sffmpeg %s -f rawvideo -pix_fmt yuv420p -s:v %dx%d -i %s -c:v libx264 "
                  "%s%s_%dx%d_P420.mp4",
-                 CommandFolder(pToolDir, cPathSep).c_str(), szToolFlags, nWidth, nHeight,
-                 CommandWord(tVideo.szPath).c_str(), CommandFolder(szOutputPath, cPathSep).c_str(),
-                 szName, nWidth, nHeight)) {
-        MdPrint("[Warning] command for %s is too long, no mp4 of it is made\n", tVideo.szPath);
+                 CommandFolder(pToolDir, cPathSep).c_str(), szToolFlags, tVideo.Width(), nMdHeight,
+                 CommandWord(szRaw).c_str(),
+                 CommandFolder(tSimParams.OutputFilePath, cPathSep).c_str(), tVideo.szName,
+                 tVideo.Width(), nMdHeight)) {
+        MdPrint("[Warning] command for %s is too long, no mp4 of it is made\n", szRaw);
         return;
     }
     MdPrint("INFO: exec: %s\n", cmd);
@@ -119,26 +134,25 @@ void ConvertVideo(const OutputVideo& tVideo, const char* szName, int32_t nWidth)
 }  // namespace
 
 bool VideosOn() {
-    return VideoOn(kDbgComp) || VideoOn(kDbgMotionArea) || VideoOn(kDbgHogDist);
+    return std::ranges::any_of(aVideos, &Video::IsOn);
 }
 
 void OutputFilesOpen(const char* szOutputPath) {
     tOutputFiles = OutputFiles{};
-    if (VideoOn(kDbgComp)) OpenVideo(&tOutputFiles.comp, "comp", szOutputPath, 3 * nMdWidth);
-    if (VideoOn(kDbgMotionArea)) {
-        OpenVideo(&tOutputFiles.motionArea, "motionArea", szOutputPath, nMdWidth);
+    for (const Video& t : aVideos) {
+        if (t.IsOn()) OpenVideo(t, szOutputPath);
     }
-    if (VideoOn(kDbgHogDist)) OpenVideo(&tOutputFiles.hogDist, "hogDist", szOutputPath, nMdWidth);
-    if (VideoOn(kDbgCountLog)) CountLogStart();
+    if (IsOn(kDbgCountLog)) CountLogStart();
 }
 
 void OutputCopyCanvases() {
-    if (VideoOn(kDbgComp)) CompCanvasFill(tSimParams.tMd.RefBufIdx);
-    if (VideoOn(kDbgHogDist)) HogDistCanvasFill();
+    if (IsOn(kDbgComp)) CompCanvasFill(tSimParams.tMd.RefBufIdx);
+    if (IsOn(kDbgHogDist)) HogDistCanvasFill();
 }
 
 void OutputDrawBlockDots() {
-    if (!VideoOn(kDbgComp) && !VideoOn(kDbgHogDist)) return;
+    const auto ShowsBlocks = [](const Video& t) { return t.IsOn() && t.nDrawing == kBlocks; };
+    if (std::ranges::none_of(aVideos, ShowsBlocks)) return;
     const int32_t S = tMdResult.nStride;
     for (int32_t by = 0, i = 0; by < tMdResult.nBlkH; ++by) {
         for (int32_t bx = 0; bx < tMdResult.nBlkW; ++bx, ++i) {
@@ -159,9 +173,7 @@ void OutputBoxAndWrite() {
 }
 
 void OutputFilesClose() {
-    OutFileClose(&tOutputFiles.comp.tFile);
-    OutFileClose(&tOutputFiles.motionArea.tFile);
-    OutFileClose(&tOutputFiles.hogDist.tFile);
+    for (const Video& t : aVideos) OutFileClose(&t.File().tFile);
 }
 
 void OutputConvertMp4() {
@@ -171,7 +183,7 @@ void OutputConvertMp4() {
         return;
     }
     MdPrint("Convert MD output YUV video to mp4 format!\n");
-    if (VideoOn(kDbgComp)) ConvertVideo(tOutputFiles.comp, "comp", 3 * nMdWidth);
-    if (VideoOn(kDbgMotionArea)) ConvertVideo(tOutputFiles.motionArea, "motionArea", nMdWidth);
-    if (VideoOn(kDbgHogDist)) ConvertVideo(tOutputFiles.hogDist, "hogDist", nMdWidth);
+    for (const Video& t : aVideos) {
+        if (t.IsOn()) ConvertVideo(t);
+    }
 }
