@@ -31,6 +31,10 @@ int32_t FrameReaderNext(FrameReader* pReader, uint8_t* pYuv) {
     return t.nFrameBytes;
 }
 
+bool FrameReaderFailed(const FrameReader& tReader) {
+    return std::ferror(tReader.pFile) != 0;
+}
+
 void FrameReaderClose(FrameReader* pReader) {
     std::fclose(pReader->pFile);
     pReader->pFile = nullptr;

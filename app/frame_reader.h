@@ -22,4 +22,7 @@ FrameReader FrameReaderOpen(const char* szPath, int32_t nWidth, int32_t nHeight,
 // written.
 int32_t FrameReaderNext(FrameReader* pReader, uint8_t* pYuv);
 
+// Whether the last read failed, where it would else look like the end of the file.
+bool FrameReaderFailed(const FrameReader& tReader);
+
 void FrameReaderClose(FrameReader* pReader);

@@ -69,7 +69,7 @@ bool MdSimNext() {
     if (nRead < tReader.nFrameBytes) {
         MdPrint("read frame %d error: %d, %d\n", n + sim.nStartFrameIdx, nRead,
                 tReader.nFrameBytes);
-        if (std::ferror(tReader.pFile) != 0) {
+        if (FrameReaderFailed(tReader)) {
             std::fprintf(stderr, "[Warning] reading %s failed\n", sim.pScaledInputPath);
         }
         return false;

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Runs every fuzz target for so many seconds (60 unless given), from the inputs kept beside the
-# targets and those that earlier runs added under build/fuzz. Ends with 1 if one found a fault.
+# Runs every fuzz target for the given number of seconds (default 60). It starts from the inputs kept
+# beside the targets and those that earlier runs added under build/fuzz. Ends with 1 if one found a
+# fault.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-60}

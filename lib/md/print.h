@@ -3,7 +3,8 @@
 // MdPrint adds nothing to the text: line ends are the caller's. Configuration refusals go to
 // standard error, all other messages to standard output; EndRun takes the stream for that reason.
 // Neither returns an error. A run whose standard output cannot be written (full disk, closed, its
-// reader gone) goes on for the sake of its files; its end says so in one line on standard error.
+// reader gone) goes on, so that its files are complete; one line on standard error says so at the
+// end.
 #pragma once
 
 #include <cstdio>
@@ -20,7 +21,6 @@ bool MdPrintEnd();
 [[noreturn]] void EndRun(std::FILE* pStream, ExitStatus status, const char* szFormat, ...)
     __attribute__((format(printf, 3, 4)));
 
-// Ends the run (status 1, message on standard output) when an allocation gave null. Takes the test
-// and not the pointer: a pointer to const is taken for a read of memory that nobody has written
-// yet.
+// Ends the run (status 1, message on standard output) when an allocation gave null. Takes a bool,
+// not the pointer: GCC's -Wmaybe-uninitialized misfires on a const pointer to fresh memory.
 void RequireMemory(bool bGiven, const char* szWhat);

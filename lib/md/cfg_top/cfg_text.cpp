@@ -7,8 +7,9 @@
 
 namespace {
 
-// Null, after the message, when the size is none a configuration file has. `nSize` keeps the low
-// 32 bits of the position alone, as a file beyond 2 GiB would show it.
+// Stores the size of the file and goes back to its start. False, after a message, when the size is
+// not that of a configuration file. *pSize holds the low 32 bits of the position only: a file beyond
+// 2 GiB shows as negative or as a remainder.
 bool FetchSize(std::FILE* pFile, const char* szPath, int32_t* pSize) {
     if (std::fseek(pFile, 0, SEEK_END) != 0) {
         std::fprintf(stderr, "Cannot fseek in configuration file %s.", szPath);

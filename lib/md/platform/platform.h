@@ -8,13 +8,13 @@
 extern const char kNativePathSep;    // what cfgCompletePath joins with
 extern const char* const kToolFile;  // file name of the video converter
 
-// Once at start: a write beyond a limit on file sizes comes back short, as one on a full disk does,
-// where the system would else end the process.
+// Once at start: a write beyond a limit on file sizes fails as on a full disk, where the system
+// would else end the process.
 void KeepRunningAtFileLimit();
 
-// Once at start, before any file is opened: a standard stream that the caller has closed takes no
-// write, rather than lending its number to the first file opened; and a reader of our output that
-// goes away ends no run, whose product are its files. Either shows as an error of the stream.
+// Once at start, before any file is opened. Reserves descriptors 0 to 2 if they are closed, so that
+// no output file gets one; ignores SIGPIPE, so that the files are finished when the reader of our
+// output goes away. In both cases writing to the stream fails.
 void GuardStandardStreams();
 
 // As fopen of a file to read; null for a folder too, which some systems would open.
@@ -36,6 +36,6 @@ void MakeFolder(const char* szPath);
 // is the null device.
 int RunCommand(const char* szCommand);
 
-// The form in which a path stands for one word in a command line and is never run or expanded:
-// as it is when made of letters, digits and harmless marks only, else quoted.
+// A path as one word of a command line, which is never run or expanded: unchanged if it is made of
+// letters, digits and harmless marks only, else quoted.
 std::string CommandWord(const char* szPath);

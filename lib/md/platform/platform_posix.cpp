@@ -21,7 +21,7 @@ void KeepRunningAtFileLimit() {
 void GuardStandardStreams() {
     (void)std::signal(SIGPIPE, SIG_IGN);
     for (int nFile : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The lowest free number is the one given out; opened to read, it refuses what we print.
+        // open() returns the lowest free descriptor; read-only, so that printing to it fails.
         if (fcntl(nFile, F_GETFD) == -1) (void)open("/dev/null", O_RDONLY);
     }
 }
@@ -51,8 +51,8 @@ void MakeFolder(const char* szPath) {
     (void)mkdir(szPath, 0777);
 }
 
-// Not by std::system, which ignores the interrupt key meanwhile: a user who stops the tool means
-// the run.
+// Not std::system: it ignores the interrupt key while the command runs, and a user who stops the
+// tool wants to stop the run.
 int RunCommand(const char* szCommand) {
     std::fflush(stdout);
     std::string sLine = std::string(szCommand) + " </dev/null";
@@ -69,7 +69,7 @@ std::string CommandWord(const char* szPath) {
     static const char szPlain[] =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:+,=@%";
     if (szPath[0] != '\0' && szPath[std::strspn(szPath, szPlain)] == '\0') return szPath;
-    // Within single quotes the shell leaves every byte alone but the single quote itself.
+    // Within single quotes the shell changes no byte; only the single quote itself needs escaping.
     std::string sWord = "'";
     for (const char* p = szPath; *p != '\0'; ++p) {
         if (*p == '\'') {
