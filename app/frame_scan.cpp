@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "md/decision/block_walk.h"
+#include "md/decision/row_kernels.h"
 #include "md/decision/row_walk.h"
-#include "md/feature/kernel_path.h"
 #include "md/memory.h"
 #include "md/object/box_methods.h"
 #include "md/output/dumps.h"
@@ -13,9 +13,9 @@
 
 namespace {
 
-RowWalk* pRowWalk;  // null on the plain path
+RowWalk* pRowWalk;  // null where the block walk runs
 
-// The block walk works on the 200-byte records; else only those read them who say so.
+// The block walk works on the 200-byte records; after the row walk only those read them who say so.
 bool RecordsWanted() {
     return pRowWalk == nullptr || DumpsReadRecords() ||
            BoxMethodOf(tSimParams.tMd.nMD_PostProcMethod).bReadsRecords;
@@ -34,10 +34,10 @@ void FrameScanInit() {
     const MdParams& md = tSimParams.tMd;
     MdResult& res = tMdResult;
     const size_t nBlocks = static_cast<size_t>(res.nBlkW) * static_cast<size_t>(res.nBlkH);
-    const KernelPath& tKernels = SelectedKernels();
+    const RowKernels* pKernels = SelectedKernels();
     pRowWalk = nullptr;
-    if (tKernels.pCellRowSums != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
-        pRowWalk = RowWalkCreate(tKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
+    if (pKernels != nullptr && (md.nDbgEn & kDbgDetail) == 0) {
+        pRowWalk = RowWalkCreate(*pKernels, &md, nMdWidth, nMdHeight, &res.aGaussWin[0][0]);
     }
     if (RecordsWanted()) {
         for (BlockFeature*& pSlot : res.pFeaturePool) {

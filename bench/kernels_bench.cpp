@@ -1,8 +1,10 @@
-// One benchmark per fast kernel and per plain definition beside it. Each row counts blocks, so
-// "time per item" is nanoseconds a block; for text it is nanoseconds a number.
+// One benchmark of each row kernel on each path, of the whole walks, and of the text output. The
+// kernels are the table that the equality test walks too. Each row counts blocks, so "time per
+// item" is nanoseconds a block; for text it is nanoseconds a number.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <random>
 #include <vector>
 
 #include "md/block_grid.h"
@@ -10,6 +12,7 @@
 #include "md/decision/row_walk.h"
 #include "md/feature/gaussian_window.h"
 #include "md/output/text_out.h"
+#include "tests/support/kernel_cases.h"
 
 namespace {
 
@@ -17,31 +20,38 @@ constexpr int32_t kWidth = 640;
 constexpr int32_t kHeight = 360;
 constexpr int32_t kFrames = 8;
 
-struct Scene {
-    MdParams md{};
-    uint8_t aGauss[32 * 32] = {};
-    std::vector<uint8_t> aLuma[kFrames];  // noise on a ramp, with a bright square that moves
+Setting Street(int32_t nPadding) {
+    Setting s;
+    s.nWidth = kWidth;
+    s.nHeight = kHeight;
+    MdParams& md = s.md;
+    md.nMD_Padding_Method = nPadding;
+    md.nMD_RefFrmIdx = 3;
+    md.nMD_HogBlockSize = md.nMD_HogCellSize = 16;
+    md.nMD_HogBlockStride = 8;
+    const int32_t aTaps[] = {-1, -2, 0, 2, 1};
+    for (int k = 0; k < kGradientTaps; ++k) md.nMD_HogGradX[k] = md.nMD_HogGradY[k] = aTaps[k];
+    md.nMD_HogMagnitudeWeightEn = md.nMD_HogNormalizeMode = md.nMD_NeighborCorrelation = 1;
+    md.nMD_MetricMode = 2;
+    md.nMD_ShiftMetric2_Th = 8;
+    md.nMD_ShiftHistMag2 = 1;
+    md.nMD_HogDist_Scale2 = md.nMD_ActBlk_MinMaxRatio_Scale = 16;
+    md.nMD_HogDist_AvgYDiffCalc_Method = 2;  // prints nothing
+    md.nMD_HogDist_AvgYDiffThre_Scale = 32;
+    md.nMD_HogDist_Th = 10;
+    md.nMD_HogDist_Th_nnAdj_Scale = 8;
+    md.nMD_HogDist_Th_highActiveAdj_scale = 12;
+    md.nMD_ActBlkRepeatFrmCntTh = 3;
+    md.nMD_ActNeighborBlkCntTh = 2;
+    GaussianWindowInit(3.0, 16, 64, s.aGauss);
+    return s;
+}
 
-    explicit Scene(int32_t nPadding) {
-        md.nMD_Padding_Method = nPadding;
-        md.nMD_RefFrmIdx = 3;
-        md.nMD_HogBlockSize = md.nMD_HogCellSize = 16;
-        md.nMD_HogBlockStride = 8;
-        const int32_t aTaps[] = {-1, -2, 0, 2, 1};
-        for (int k = 0; k < kGradientTaps; ++k) md.nMD_HogGradX[k] = md.nMD_HogGradY[k] = aTaps[k];
-        md.nMD_HogMagnitudeWeightEn = md.nMD_HogNormalizeMode = md.nMD_NeighborCorrelation = 1;
-        md.nMD_MetricMode = 2;
-        md.nMD_ShiftMetric2_Th = 8;
-        md.nMD_ShiftHistMag2 = 1;
-        md.nMD_HogDist_Scale2 = md.nMD_ActBlk_MinMaxRatio_Scale = 16;
-        md.nMD_HogDist_AvgYDiffCalc_Method = 2;  // prints nothing
-        md.nMD_HogDist_AvgYDiffThre_Scale = 32;
-        md.nMD_HogDist_Th = 10;
-        md.nMD_HogDist_Th_nnAdj_Scale = 8;
-        md.nMD_HogDist_Th_highActiveAdj_scale = 12;
-        md.nMD_ActBlkRepeatFrmCntTh = 3;
-        md.nMD_ActNeighborBlkCntTh = 2;
-        GaussianWindowInit(3.0, 16, 64, aGauss);
+// A few frames of a ramp with noise on it and a bright square that moves.
+struct Scene : Setting {
+    std::vector<uint8_t> aLuma[kFrames];
+
+    explicit Scene(int32_t nPadding) : Setting(Street(nPadding)) {
         uint32_t nNoise = 1;
         for (int32_t f = 0; f < kFrames; ++f) {
             for (int32_t i = 0; i < kWidth * kHeight; ++i) {
@@ -61,7 +71,7 @@ struct Scene {
     }
 };
 
-void BM_FrameBlockScan_Plain(benchmark::State& tState) {
+void BM_BlockWalk(benchmark::State& tState) {
     Scene s(static_cast<int32_t>(tState.range(0)));
     const auto n = static_cast<size_t>(s.Blocks());
     std::vector<BlockFeature> aPool[4];
@@ -80,52 +90,39 @@ void BM_FrameBlockScan_Plain(benchmark::State& tState) {
     tState.SetItemsProcessed(tState.iterations() * s.Blocks());
 }
 
-void Fast(benchmark::State& tState, const KernelPath& tPath) {
+void RowWalkBench(benchmark::State& tState, const RowKernels& tPath) {
     Scene s(static_cast<int32_t>(tState.range(0)));
     const auto n = static_cast<size_t>(s.Blocks() + kMapSlack);
     std::vector<uint8_t> aAvail(n), aDist(n);
-    RowWalk* pScan = RowWalkCreate(tPath, &s.md, kWidth, kHeight, s.aGauss);
+    RowWalk* pWalk = RowWalkCreate(tPath, &s.md, kWidth, kHeight, s.aGauss);
     for (int32_t f = 0; auto _ : tState) {
         s.SetFrame(f);
-        RowWalkFrame(pScan, &s.md, s.aLuma[f % kFrames].data(), f % 4, s.md.RefBufIdx,
-                            aAvail.data(), aDist.data());
+        RowWalkFrame(pWalk, &s.md, s.aLuma[f % kFrames].data(), f % 4, s.md.RefBufIdx,
+                     aAvail.data(), aDist.data());
         ++f;
     }
-    RowWalkRelease(pScan);
+    RowWalkRelease(pWalk);
     tState.SetItemsProcessed(tState.iterations() * s.Blocks());
 }
 
-void CellRows(benchmark::State& tState, CellRowSumsFn* pCellRowSums) {
-    Scene s(static_cast<int32_t>(tState.range(0)));
-    CellSetup t{};
-    CellSetupInit(&s.md, kWidth, s.aGauss, &t);
-    const int32_t nBlocks = BlockCount(kWidth, s.md);
-    std::vector<HalfBlock> aTop(static_cast<size_t>(nBlocks)), aBottom(aTop.size());
+// One row of 640 pixels, of the kind that most rows are: sums for both halves.
+void KernelBench(benchmark::State& tState, const KernelRow& tKernel, const RowKernels& tPath) {
+    std::mt19937 rng(1);
+    const Picker Pick = [&](int32_t a, int32_t b) {
+        return std::uniform_int_distribution<int32_t>(a, b)(rng);
+    };
+    Setting s = Street(static_cast<int32_t>(tState.range(0)));
+    s.nHeight = 32;
+    KernelCase tCase;
+    do {
+        tCase = tKernel.pMake(s, Inputs::kFullRange, Pick);
+    } while (&tKernel == &kRowKernels[0] && tCase.aOutputs.size() < 2 * kHalfPlanes);
+    KernelOutputs aOut = Outputs(tCase, tPath, 0);
     for (auto _ : tState) {
-        pCellRowSums(&t, s.aLuma[0].data(), kWidth, kHeight, 80, nBlocks, aTop.data(),
-                     aBottom.data());
+        tCase.Call(tPath, &aOut);
         benchmark::ClobberMemory();
     }
-    tState.SetItemsProcessed(tState.iterations() * nBlocks);
-}
-
-void BlockRow(benchmark::State& tState, const KernelPath& tPath) {
-    Scene s(2);
-    CellSetup t{};
-    CellSetupInit(&s.md, kWidth, s.aGauss, &t);
-    const int32_t nBlocks = BlockCount(kWidth, s.md);
-    const auto n = static_cast<size_t>(nBlocks);
-    std::vector<HalfBlock> aTop(n), aBottom(n);
-    tPath.pCellRowSums(&t, s.aLuma[0].data(), kWidth, kHeight, 80, nBlocks, aTop.data(),
-                       aBottom.data());
-    std::vector<BlockSignature> aCur(n), aRef(n);
-    std::vector<uint8_t> aDist(n), aYDiff(n);
-    for (auto _ : tState) {
-        tPath.pBlockRowFeatures(&t, aTop.data(), aBottom.data(), nBlocks, aCur.data(), aRef.data(),
-                                aDist.data(), aYDiff.data());
-        benchmark::ClobberMemory();
-    }
-    tState.SetItemsProcessed(tState.iterations() * nBlocks);
+    tState.SetItemsProcessed(tState.iterations() * tCase.nBlocks);
 }
 
 void BM_TextPrint(benchmark::State& tState) {
@@ -141,26 +138,26 @@ void BM_TextPrint(benchmark::State& tState) {
     tState.SetItemsProcessed(tState.iterations() * 1000);
 }
 
-BENCHMARK(BM_FrameBlockScan_Plain)->ArgName("padding")->DenseRange(0, 2);
+BENCHMARK(BM_BlockWalk)->ArgName("padding")->DenseRange(0, 2);
 BENCHMARK(BM_TextPrint)->ArgName("plain")->Arg(0)->Arg(1);
 
-void Register(const KernelPath& t) {
-    const std::string sName = t.szName;
-    benchmark::RegisterBenchmark(("BM_RowWalkFrame/" + sName).c_str(), Fast, t)
+void Register(const RowKernels& tPath) {
+    const std::string sPath = std::string("/") + tPath.szName;
+    benchmark::RegisterBenchmark(("BM_RowWalk" + sPath).c_str(), RowWalkBench, tPath)
         ->ArgName("padding")
         ->DenseRange(0, 2);
-    benchmark::RegisterBenchmark(("BM_CellRowSums/" + sName).c_str(), CellRows, t.pCellRowSums)
-        ->ArgName("padding")
-        ->DenseRange(0, 2);
-    benchmark::RegisterBenchmark(("BM_BlockRowFeatures/" + sName).c_str(), BlockRow, t);
+    for (const KernelRow& tKernel : kRowKernels) {
+        benchmark::RegisterBenchmark(("BM_" + (tKernel.szName + sPath)).c_str(), KernelBench,
+                                     tKernel, tPath)
+            ->ArgName("padding")
+            ->DenseRange(0, &tKernel == &kRowKernels[0] ? 2 : 0);  // the others have none
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    for (const KernelPath& t : OfferedKernels()) {
-        if (t.pCellRowSums != nullptr) Register(t);
-    }
+    for (const RowKernels& tPath : OfferedKernels()) Register(tPath);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,31 +1,11 @@
 // Whole runs on every kernel path leave the same bytes behind.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <map>
 #include <string>
 
 #include "tests/support/program.h"
 
 namespace {
-
-// Standard output and every file of a run, by name.
-std::map<std::string, std::string> RunOn(const char* szKernels, const std::string& sConfig,
-                                         const std::string& sClip) {
-    const TempFolder tFolder;
-    WriteAll(tFolder / "in.yuv", sClip);
-    WriteAll(tFolder / "a.cfg", sConfig);
-    setenv("MD_KERNELS", szKernels, 1);
-    const Outcome t = RunMd(tFolder.Path(), {"-d", "a.cfg"});
-    unsetenv("MD_KERNELS");
-    std::map<std::string, std::string> aFiles = {{"exit", std::to_string(t.nExit)},
-                                                 {"stdout", t.sOut}};
-    if (t.nExit != 0) return aFiles;
-    for (const auto& e : fs::recursive_directory_iterator(tFolder / "out")) {
-        if (e.is_regular_file()) aFiles[e.path().filename().string()] = ReadAll(e.path());
-    }
-    return aFiles;
-}
 
 // A bright square that walks over noise.
 std::string Clip(int nWidth, int nHeight, int nFrames) {
@@ -44,7 +24,7 @@ std::string Clip(int nWidth, int nHeight, int nFrames) {
 
 }  // namespace
 
-TEST(KernelPaths, AWholeRunDependsOnThePath) {
+TEST(KernelPaths, AllLeaveTheSameBytes) {
     const struct {
         int nWidth, nHeight;
         const char* szSettings;
@@ -59,22 +39,26 @@ TEST(KernelPaths, AWholeRunDependsOnThePath) {
     };
     for (const auto& row : aRows) {
         for (const char* szDebug : {"MD_DbgEn = 0x37a\n", "MD_DbgEn = 0\n"}) {
+            const TempFolder tFolder;
             const std::string sConfig =
                 BaseConfig(row.nWidth, row.nHeight) + row.szSettings + szDebug;
-            const std::string sClip = Clip(row.nWidth, row.nHeight, 8);
-            const auto aPlain = RunOn("plain", sConfig, sClip);
-            EXPECT_EQ(aPlain.at("exit"), "0") << sConfig;
-#ifdef __x86_64__
-            EXPECT_TRUE(aPlain == RunOn("ssse3", sConfig, sClip)) << sConfig;
-            if (__builtin_cpu_supports("avx2") == 0) continue;
-            EXPECT_TRUE(aPlain == RunOn("avx2", sConfig, sClip)) << sConfig;
-#endif
+            WriteAll(tFolder / "a.cfg", sConfig);
+            WriteAll(tFolder / "in.yuv", Clip(row.nWidth, row.nHeight, 8));
+            const Files aPlain = WholeRun(tFolder.Path(), "plain");
+            for (const std::string& sPath : KernelNames()) {
+                EXPECT_TRUE(aPlain == WholeRun(tFolder.Path(), sPath)) << sPath << "\n" << sConfig;
+            }
         }
     }
 }
 
-TEST(KernelPaths, AnUnknownPathRuns) {
-    const auto a = RunOn("fastest", BaseConfig(32, 32), Clip(32, 32, 1));
-    EXPECT_EQ(a.at("exit"), "255");
-    EXPECT_NE(a.at("stdout").find("MD_KERNELS=fastest"), std::string::npos);
+TEST(KernelPaths, AnUnknownOneIsRefused) {
+    const TempFolder tFolder;
+    WriteAll(tFolder / "a.cfg", BaseConfig(32, 32));
+    WriteAll(tFolder / "in.yuv", Clip(32, 32, 1));
+    const Outcome t =
+        RunProgram(tFolder.Path(), {"env", "MD_KERNELS=fastest", MD_PROGRAM, "-d", "a.cfg"});
+    EXPECT_EQ(t.nExit, 255);
+    EXPECT_NE(t.sOut.find("ERROR: MD_KERNELS=fastest: expected plain"), std::string::npos);
+    EXPECT_NE(t.sOut.find(", scalar\n"), std::string::npos);
 }

@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nData) {
         }
     }
     const Walked tPlain = Walk(s, aFrames, nullptr);
-    for (const KernelPath& tPath : FastPaths()) {
+    for (const RowKernels& tPath : OfferedKernels()) {
         const std::string sFault = Difference(tPlain, Walk(s, aFrames, &tPath));
         Require(sFault.empty(), (sFault + " " + tPath.szName + " " + s.Text()).c_str());
     }

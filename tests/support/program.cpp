@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "md/feature/kernel_path.h"
+#include "md/decision/row_kernels.h"
 
 Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArguments) {
     const TempFolder tCapture;
@@ -41,7 +41,8 @@ Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions)
 
 std::vector<std::string> KernelNames() {
     std::vector<std::string> a;
-    for (const KernelPath& t : OfferedKernels()) a.emplace_back(t.szName);
+    for (const RowKernels& t : OfferedKernels()) a.emplace_back(t.szName);
+    a.emplace_back("plain");
     return a;
 }
 

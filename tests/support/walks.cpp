@@ -86,13 +86,7 @@ Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
     return s;
 }
 
-std::vector<KernelPath> FastPaths() {
-    std::vector<KernelPath> aPaths = OfferedKernels();
-    aPaths.pop_back();  // the plain one
-    return aPaths;
-}
-
-Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPath) {
+Walked Walk(Setting s, const std::vector<Plane>& aFrames, const RowKernels* pPath) {
     MdParams& md = s.md;
     const auto n = static_cast<size_t>(BlockCount(s.nWidth, md) * BlockCount(s.nHeight, md));
     const int32_t R = md.nMD_RefFrmIdx;
@@ -101,7 +95,7 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
     std::vector<BlockHistory> aHistory(n);
     std::vector<BlockHistory*> apHistory;
     for (BlockHistory& t : aHistory) apHistory.push_back(&t);
-    RowWalk* pScan =
+    RowWalk* pWalk =
         pPath == nullptr ? nullptr : RowWalkCreate(*pPath, &md, s.nWidth, s.nHeight, s.aGauss);
     Walked w;
     nYDiffThreCarry = 0;
@@ -112,15 +106,15 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
         const int32_t nRef = f == 0 ? nCur : md.RefBufIdx;
         Plane aAvail(n + kMapSlack, 77), aDist(n + kMapSlack, 88);
         auto& aCur = aPool[static_cast<size_t>(nCur)];
-        if (pScan == nullptr) {
+        if (pWalk == nullptr) {
             FrameBlockScan_NormalHog(&md, aFrames[f].data(), s.nWidth, s.nHeight, s.aGauss,
                                      aCur.data(), aPool[static_cast<size_t>(nRef)].data(),
                                      aAvail.data(), aDist.data(), apHistory.data());
         } else {
             Plane aLuma = aFrames[f];
             aLuma.resize(aLuma.size() + kLumaSlack, 255);
-            RowWalkFrame(pScan, &md, aLuma.data(), nCur, nRef, aAvail.data(), aDist.data());
-            RowWalkExpand(pScan, nCur, aCur.data());
+            RowWalkFrame(pWalk, &md, aLuma.data(), nCur, nRef, aAvail.data(), aDist.data());
+            RowWalkExpand(pWalk, nCur, aCur.data());
         }
         const auto nEnd = static_cast<ptrdiff_t>(n);
         w.aAvail.insert(w.aAvail.end(), aAvail.begin(), aAvail.begin() + nEnd);
@@ -128,7 +122,7 @@ Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPat
         w.aFeatures.insert(w.aFeatures.end(), aCur.begin(), aCur.end());
         w.aCarry.push_back(nYDiffThreCarry);
     }
-    RowWalkRelease(pScan);
+    RowWalkRelease(pWalk);
     return w;
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "md/block_feature.h"
-#include "md/feature/kernel_path.h"
+#include "md/decision/row_kernels.h"
 #include "md/sim_params.h"
 
 using Plane = std::vector<uint8_t>;
@@ -26,9 +26,6 @@ struct Setting {
 // A setting that the checks of a run let pass, for frames of that size.
 Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight);
 
-// The fast paths that this processor runs; none where there are none.
-std::vector<KernelPath> FastPaths();
-
 // All that a walk leaves behind, frame by frame.
 struct Walked {
     Plane aAvail, aDist;
@@ -36,8 +33,8 @@ struct Walked {
     std::vector<int32_t> aCarry;
 };
 
-// The plain walk for a null path.
-Walked Walk(Setting s, const std::vector<Plane>& aFrames, const KernelPath* pPath);
+// The block walk for a null path, else the row walk with these kernels.
+Walked Walk(Setting s, const std::vector<Plane>& aFrames, const RowKernels* pPath);
 
 // First difference between two walks, in words; empty when there is none.
 std::string Difference(const Walked& a, const Walked& b);

@@ -2,22 +2,23 @@
 // default; the block walk is its definition.
 //
 // Distances need only two rows of feature records, and a row's luma threshold only the rows up to
-// it. So features and distances of a whole row come first (the row kernels, cell_sums.h), and its
-// decisions follow in raster order (row_decision.h).
+// it. So records and distances of a whole row come first, by three row kernels (row_kernels.h), and
+// its decisions follow in raster order (row_decision.h).
 #pragma once
 
 #include <cstdint>
 
-#include "md/feature/kernel_path.h"
+#include "md/decision/row_kernels.h"
 #include "md/md_result.h"
 #include "md/sim_params.h"
 
 struct RowWalk;
 
-// Allocates what a run needs; without memory the run ends with status 1. `pGaussWin`: 32 x 32 weights.
-RowWalk* RowWalkCreate(const KernelPath& tKernels, const MdParams* pParams, int32_t nWidth,
+// Allocates what a run needs; without memory the run ends with status 1. `pGaussWin`: 32 x 32
+// weights.
+RowWalk* RowWalkCreate(const RowKernels& tKernels, const MdParams* pParams, int32_t nWidth,
                        int32_t nHeight, const uint8_t* pGaussWin);
-void RowWalkRelease(RowWalk* pScan);  // null is passed over
+void RowWalkRelease(RowWalk* pWalk);  // null is passed over
 
 // Bytes that the maps need beyond their blocks: rows are written sixteen blocks at a time.
 constexpr int32_t kMapSlack = 16;
@@ -26,8 +27,8 @@ constexpr int32_t kMapSlack = 16;
 // be one slot. `pY` is readable for kLumaSlack bytes after its end, as a frame with its chroma is.
 // Prints the line of threshold method 0; reads and writes nYDiffThreCarry. It prints no detail
 // lines: a run that wants them takes the block walk.
-void RowWalkFrame(RowWalk* pScan, const MdParams* pParams, const uint8_t* pY, int32_t nCurSlot,
+void RowWalkFrame(RowWalk* pWalk, const MdParams* pParams, const uint8_t* pY, int32_t nCurSlot,
                   int32_t nRefSlot, uint8_t* pAvailMap, uint8_t* pDistMap);
 
 // Writes the 200-byte records of a slot, which dumps and box method 2 read.
-void RowWalkExpand(const RowWalk* pScan, int32_t nSlot, BlockFeature* pFeatures);
+void RowWalkExpand(const RowWalk* pWalk, int32_t nSlot, BlockFeature* pFeatures);

@@ -2,97 +2,177 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 
 #include "md/md_result.h"
 
 namespace {
 
-TapPairs PairTaps(const int32_t* pTaps) {
-    TapPairs t{};
-    int32_t nCount = 0;
-    for (int32_t k = 0; k < kGradientTaps; ++k) {
-        if (pTaps[k] == 0) continue;
-        const int32_t nPair = nCount / 2, nPartner = nCount % 2;
-        t.aPlace[nPair][nPartner] = static_cast<uint8_t>(k);
-        const auto nTap = static_cast<uint8_t>(pTaps[k]);  // -8 to 8
-        t.aTaps[nPair] = static_cast<int16_t>(t.aTaps[nPair] | nTap << 8 * nPartner);
-        ++nCount;
-    }
-    t.nPairs = nCount < 2 ? 1 : (nCount + 1) / 2;
-    return t;
-}
+constexpr int32_t kCell = 8;       // pixels
+constexpr int32_t kBlock = 16;     // pixels
+constexpr int32_t kBorder = 2;     // pixels, on each side
+constexpr int32_t kRows = 12;      // a cell's, with its border
+constexpr int32_t kColumns = 20;   // a block's, with its border
+constexpr int32_t kMiddleRow = 4;  // of a cell: the y moment counts from here first
 
-// What lies around a cell along its rows.
-struct Surroundings {
-    int32_t nPadding;
-    bool bLeftCell;  // the border lies before it, else behind it
-    bool bFirst;     // the frame begins with it
-    int32_t nLast;   // the frame's last column, counted from the cell's first
-};
+// Half a block with its border: pixel row 0 of the cells is row 2, column 0 of the block column 2.
+using Patch = uint8_t[kRows][kColumns];
+using Half = int16_t[kCell][kBlock];  // a number a pixel
 
-// Place of column x, -2 to 9, of a cell.
-uint8_t PlaceOfColumn(const Surroundings& t, int32_t x) {
-    const bool bBorder = t.bLeftCell ? x < 0 : x > 7;
-    if (bBorder && t.nPadding == 1) return 128;
-    if (bBorder && t.nPadding == 2) x = t.bLeftCell ? 0 : 7;
-    x = std::min(x, t.nLast);
-    return static_cast<uint8_t>(t.bFirst ? std::max(x, 0) : x + 2);
-}
-
-void PlacePairs(const TapPairs& tPairs, const Surroundings& t, int32_t nCell,
-                uint8_t (&aPlaces)[3][32]) {
-    for (int32_t k = 0; k < 3; ++k) {
-        for (int32_t i = 0; i < 16; ++i) {
-            const int32_t x = i / 2 + tPairs.aPlace[k][i % 2] - 2;
-            aPlaces[k][16 * nCell + i] = PlaceOfColumn(t, x);
+// The border on both sides as the block's padding wants it; rows are those of the frame, whose
+// edge goes on beyond it.
+void FetchPatch(const CellSetup& t, const LumaPlane& tLuma, int32_t nX, int32_t nY, Patch& aPatch) {
+    for (int32_t r = 0; r < kRows; ++r) {
+        const int32_t y = std::clamp(nY + r - kBorder, 0, tLuma.nHeight - 1);
+        const uint8_t* pRow = tLuma.pY + static_cast<ptrdiff_t>(y) * tLuma.nWidth;
+        uint8_t* p = aPatch[r];
+        std::memcpy(p + kBorder, pRow + nX, kBlock);
+        for (const int32_t c : {0, 1, kColumns - 2, kColumns - 1}) {
+            const int32_t x = nX + c - kBorder;
+            const int32_t nOwn = std::clamp(x, nX, nX + kBlock - 1);
+            const int32_t nInFrame = std::clamp(x, 0, tLuma.nWidth - 1);
+            p[c] = t.nPadding == 1 ? uint8_t{0} : pRow[t.nPadding == 2 ? nOwn : nInFrame];
         }
     }
+}
+
+// |gx|. The sums stay in 16 bits by the tap limit.
+void AbsGradientsX(const CellSetup& t, const Patch& aPatch, Half& aOut) {
+    for (int32_t r = 0; r < kCell; ++r) {
+        const uint8_t* p = aPatch[r + kBorder];
+        for (int32_t x = 0; x < kBlock; ++x) {
+            int16_t g = 0;
+            for (int32_t k = 0; k < kGradientTaps; ++k) {
+                g = static_cast<int16_t>(g + p[x + k] * t.aTapsX[k]);
+            }
+            aOut[r][x] = static_cast<int16_t>(std::abs(g));
+        }
+    }
+}
+
+// |gy|, with five rows of the patch for each row of the cells.
+void AbsGradientsY(const CellSetup& t, const uint8_t* const (&apRow)[kRows], Half& aOut) {
+    for (int32_t r = 0; r < kCell; ++r) {
+        for (int32_t x = 0; x < kBlock; ++x) {
+            int16_t g = 0;
+            for (int32_t k = 0; k < kGradientTaps; ++k) {
+                g = static_cast<int16_t>(g + apRow[r + k][x + kBorder] * t.aTapsY[k]);
+            }
+            aOut[r][x] = static_cast<int16_t>(std::abs(g));
+        }
+    }
+}
+
+struct ColumnSums {
+    int16_t aMag[kBlock];
+    int16_t aMomY[kBlock];  // counted from kMiddleRow
+};
+
+// `pWeights`: of the half's first row in the block.
+void SumColumns(const Half& aAbsX, const Half& aAbsY, const uint16_t (*pWeights)[kBlock],
+                ColumnSums* pSums) {
+    *pSums = {};
+    for (int32_t r = 0; r < kCell; ++r) {
+        const auto nRow = static_cast<int16_t>(r - kMiddleRow);
+        for (int32_t x = 0; x < kBlock; ++x) {
+            const int16_t ax = aAbsX[r][x], ay = aAbsY[r][x];
+            const int32_t nMag = std::max(ax, ay) + (std::min(ax, ay) >> 1);
+            const auto nWeighted = static_cast<int16_t>((nMag * pWeights[r][x]) >> 15);
+            pSums->aMag[x] = static_cast<int16_t>(pSums->aMag[x] + nWeighted);
+            pSums->aMomY[x] = static_cast<int16_t>(pSums->aMomY[x] + nRow * nWeighted);
+        }
+    }
+}
+
+// The columns of both cells to the numbers of block i.
+void StoreSums(const ColumnSums& tSums, int32_t nLuma, int32_t i, const HalfRow& tOut) {
+    for (int32_t nSide = 0; nSide < 2; ++nSide) {
+        int32_t nMag = 0, nMomX = 0, nMomY = 0;
+        for (int32_t x = 0; x < kCell; ++x) {
+            const int32_t n = tSums.aMag[kCell * nSide + x];
+            nMag += n;
+            nMomX += n * x;
+            nMomY += tSums.aMomY[kCell * nSide + x];
+        }
+        tOut.apPlane[kMag + nSide][i] = nMag;
+        tOut.apPlane[kMomX + nSide][i] = nMomX;
+        tOut.apPlane[kMomY + nSide][i] = nMomY + kMiddleRow * nMag;
+    }
+    tOut.apPlane[kLuma][i] = nLuma;
+}
+
+int32_t LumaOf(const Patch& aPatch) {
+    int32_t nSum = 0;
+    for (int32_t r = 0; r < kCell; ++r) {
+        for (int32_t x = 0; x < kBlock; ++x) nSum += aPatch[r + kBorder][x + kBorder];
+    }
+    return nSum;
+}
+
+// Place of column x of a block, -2 to 17, and for padding 0 also of a cell.
+uint8_t PlaceOfColumn(int32_t nPadding, int32_t x) {
+    if (nPadding == 0) return static_cast<uint8_t>(x + kBorder);
+    const bool bBorder = x < 0 || x >= kBlock;
+    if (bBorder && nPadding == 1) return 128;
+    return static_cast<uint8_t>(std::clamp(x, 0, kBlock - 1));
 }
 
 }  // namespace
 
-void CellSetupInit(const MdParams* pParams, int32_t nWidth, const uint8_t* pGaussWin,
-                   CellSetup* pSetup) {
+void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup* pSetup) {
     const MdParams& md = *pParams;
     CellSetup& t = *pSetup;
-    t.tPairsX = PairTaps(md.nMD_HogGradX);
-    t.tPairsY = PairTaps(md.nMD_HogGradY);
-    const int32_t nBehind = (nWidth - 16) % md.nMD_HogBlockStride;  // columns behind the last block
-    for (const bool bFirst : {false, true}) {
-        for (const bool bLast : {false, true}) {
-            const int32_t nLast = bLast ? 7 + nBehind : 9;
-            auto& aPlaces = t.aPlacesX[bFirst][bLast];
-            PlacePairs(t.tPairsX, {md.nMD_Padding_Method, true, bFirst, 9}, 0, aPlaces);
-            PlacePairs(t.tPairsX, {md.nMD_Padding_Method, false, false, nLast}, 1, aPlaces);
-        }
+    for (int32_t k = 0; k < kGradientTaps; ++k) {
+        t.aTapsX[k] = static_cast<int16_t>(md.nMD_HogGradX[k]);
+        t.aTapsY[k] = static_cast<int16_t>(md.nMD_HogGradY[k]);
     }
-    for (size_t r = 0; r < 16; ++r) {
-        for (size_t c = 0; c < 16; ++c) {
+    for (int32_t r = 0; r < kBlock; ++r) {
+        for (int32_t c = 0; c < kBlock; ++c) {
             const int32_t w =
                 md.nMD_HogMagnitudeWeightEn != 0 ? pGaussWin[r * kGaussPitch + c] : 64;
             t.aWeight[r][c] = static_cast<uint16_t>(w << 9);
         }
     }
     t.nPadding = md.nMD_Padding_Method;
-    t.nStrideCells = md.nMD_HogBlockStride / 8;
-    t.bMoments = (md.nMD_MetricMode & kMetricMog) != 0;
-    t.bNormalise = md.nMD_HogNormalizeMode != 0;
-    t.nShiftMetric = md.nMD_ShiftMetric2_Th;
-    t.nShiftHistMag = md.nMD_ShiftHistMag2;
-    t.bWeightOneSided = md.nMD_HogDist_WeightMethod != 0;
-    t.nAccuShift = md.nMD_HogBlockSize != md.nMD_HogCellSize ? 6 : 4;
-    t.nScale = md.nMD_HogDist_Scale2;
-    t.nDistShift = t.bNormalise ? 12 : 4;
+    t.nStrideCells = md.nMD_HogBlockStride / kCell;
+    constexpr int32_t aFirstTap[3] = {0, 3, 2};
+    for (int32_t nPair = 0; nPair < 3; ++nPair) {
+        for (int32_t nSide = 0; nSide < 2; ++nSide) {
+            const int32_t nFirst = t.nPadding == 0 ? 0 : kCell * nSide;
+            for (int32_t i = 0; i < 16; ++i) {
+                const int32_t nTap = aFirstTap[nPair] + i % 2;
+                t.aPlacesX[nPair][nSide][i] =
+                    PlaceOfColumn(t.nPadding, nFirst + i / 2 + nTap - kBorder);
+            }
+        }
+    }
 }
 
-void ExpandSignatures(const BlockSignature* pSignatures, int32_t nBlocks, BlockFeature* pFeatures) {
+void CellRowSums_Scalar(const CellSetup& t, const LumaPlane& tLuma, int32_t nY, int32_t nBlocks,
+                        const HalfRow* pTop, const HalfRow* pBottom) {
+    constexpr uint8_t aZeros[kColumns] = {};
     for (int32_t i = 0; i < nBlocks; ++i) {
-        BlockFeature& f = pFeatures[i];
-        std::memcpy(f.v, pSignatures[i].v, sizeof f.v);
-        std::memset(f.aCog, 0, sizeof f.aCog);
-        f.histNorm0 = 1;
-        f.nAvgY = pSignatures[i].nAvgY;
-        f.histNorm2 = pSignatures[i].histNorm2;
+        Patch aPatch;
+        FetchPatch(t, tLuma, kCell * t.nStrideCells * i, nY, aPatch);
+        Half aAbsX, aAbsY;
+        AbsGradientsX(t, aPatch, aAbsX);
+        const int32_t nLuma = LumaOf(aPatch);
+        for (const bool bTop : {true, false}) {
+            const HalfRow* pOut = bTop ? pTop : pBottom;
+            if (pOut == nullptr) continue;
+            // The block's border is above its upper half, or below its lower one.
+            const uint8_t* apRow[kRows];
+            for (int32_t r = 0; r < kRows; ++r) apRow[r] = aPatch[r];
+            const int32_t nBorder = bTop ? 0 : kRows - kBorder;
+            const uint8_t* pEdge = aPatch[bTop ? kBorder : kRows - kBorder - 1];
+            for (int32_t r = nBorder; r < nBorder + kBorder && t.nPadding != 0; ++r) {
+                apRow[r] = t.nPadding == 1 ? aZeros : pEdge;
+            }
+            AbsGradientsY(t, apRow, aAbsY);
+            ColumnSums tSums;
+            SumColumns(aAbsX, aAbsY, t.aWeight + (bTop ? 0 : kCell), &tSums);
+            StoreSums(tSums, nLuma, i, *pOut);
+        }
     }
 }

@@ -1,7 +1,6 @@
 #include "md/feature/mog_feature.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -72,31 +71,34 @@ void BlockFeature_NormalHog(const MdParams* pParams, const uint8_t* pBlkBuf,
             }
         }
     }
-    BlockFeatureRecord(pParams, tSums, pFeature);
+    BlockFeatureRecord(RecordSetupOf(md), tSums, pFeature);
 }
 
-void BlockFeatureRecord(const MdParams* pParams, const MogSums& tSums, BlockFeature* pFeature) {
-    const MdParams& md = *pParams;
+RecordSetup RecordSetupOf(const MdParams& md) {
+    return {
+        .bMoments = (md.nMD_MetricMode & kMetricMog) != 0,
+        .bNormalise = md.nMD_HogNormalizeMode != 0,
+        .nShiftMetric = md.nMD_ShiftMetric2_Th,
+        .nShiftHistMag = md.nMD_ShiftHistMag2,
+    };
+}
+
+void BlockFeatureRecord(const RecordSetup& t, const MogSums& tSums, BlockFeature* pFeature) {
     BlockFeature& f = *pFeature;
     std::memset(f.v, 0, sizeof f.v);
     std::memset(f.aCog, 0, sizeof f.aCog);
     f.histNorm0 = 1;
     f.histNorm2 = 1;
-    if ((md.nMD_MetricMode & kMetricMog) != 0) {
+    if (t.bMoments) {
         const auto Saturate = [](int32_t n) { return static_cast<uint8_t>(std::min(n, 255)); };
-        const int32_t s = md.nMD_ShiftMetric2_Th;
+        const int32_t s = t.nShiftMetric;
         for (size_t c = 0; c < 4; ++c) {
             f.v[c] = Saturate(tSums.mag_x_cell[c] >> s);
             f.v[4 + c] = Saturate(tSums.mag_y_cell[c] >> s);
         }
         f.v[8] = Saturate(tSums.nBlkMomX >> (s + 2));
         f.v[9] = Saturate(tSums.nBlkMomY >> (s + 2));
-        if (md.nMD_HogNormalizeMode != 0) {
-            f.histNorm2 = NormaliseVector(f.v, md.nMD_ShiftHistMag2);
-        }
+        if (t.bNormalise) f.histNorm2 = NormaliseVector(f.v, t.nShiftHistMag);
     }
-    // Mean with rounding over B * B pixels, B taken as the power of two not above it.
-    const auto nSize = static_cast<uint32_t>(md.nMD_HogBlockSize);
-    const int32_t n = 2 * (static_cast<int32_t>(std::bit_width(nSize)) - 1);
-    f.nAvgY = static_cast<uint8_t>((tSums.nSumY + (1 << (n - 1))) >> n);
+    f.nAvgY = static_cast<uint8_t>((tSums.nSumY + 128) >> 8);  // half rounds up
 }

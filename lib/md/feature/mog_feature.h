@@ -17,11 +17,20 @@
 void BlockFeature_NormalHog(const MdParams* pParams, const uint8_t* pBlkBuf,
                             const uint8_t* pGaussWin, BlockFeature* pFeature);
 
-// What follows the pixel sums: shifts, saturation, normalisation. Shared by every path that forms
-// the sums. `nSumY` is the luma sum of the block's 256 pixels.
-struct MogSums {
-    int32_t nSumY;
-    int32_t nBlkMomX, nBlkMomY;
-    int32_t mag_x_cell[4], mag_y_cell[4];
+// What the steps after the pixel sums read of the settings.
+struct RecordSetup {
+    bool bMoments;          // metric on; else the vector stays 0
+    bool bNormalise;        // bring the vector to a length of about 256
+    int32_t nShiftMetric;   // right shift of the cell moments, 0 to 15; the block's shift 2 more
+    int32_t nShiftHistMag;  // 0 to 7; the vector's length is shifted right by this less 3
 };
-void BlockFeatureRecord(const MdParams* pParams, const MogSums& tSums, BlockFeature* pFeature);
+RecordSetup RecordSetupOf(const MdParams& md);
+
+struct MogSums {
+    int32_t nSumY;                         // luma of the block's 256 pixels
+    int32_t nBlkMomX, nBlkMomY;            // 0 to 5,875,200
+    int32_t mag_x_cell[4], mag_y_cell[4];  // 0 to 685,440
+};
+
+// What follows the pixel sums: shifts, saturation, normalisation. Shared by both walks.
+void BlockFeatureRecord(const RecordSetup& t, const MogSums& tSums, BlockFeature* pFeature);

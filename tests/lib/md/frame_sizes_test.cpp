@@ -19,7 +19,7 @@ TEST(FrameSizes, ScanBeyondMemoryEndsTheRun) {
     Setting s;
     s.md.nMD_HogBlockSize = 16;
     s.md.nMD_HogBlockStride = 8;
-    for (const KernelPath& tPath : FastPaths()) {
+    for (const RowKernels& tPath : OfferedKernels()) {
         EXPECT_EXIT((void)RowWalkCreate(tPath, &s.md, INT_MAX, INT_MAX, s.aGauss),
                     testing::ExitedWithCode(1), "");
     }

@@ -11,11 +11,7 @@
 
 #include "md/decision/block_walk.h"
 #include "md/decision/luma_threshold.h"
-#include "md/feature/inv_sqrt.h"
 #include "tests/support/walks.h"
-
-#ifdef __x86_64__
-#include "md/feature/block_row_kernel.h"
 
 namespace {
 
@@ -62,7 +58,7 @@ void ExpectEqualWalks(Rng& rng, const Setting& s) {
         }
     }
     const Walked tPlain = Walk(s, aFrames, nullptr);
-    for (const KernelPath& tPath : FastPaths()) {
+    for (const RowKernels& tPath : OfferedKernels()) {
         EXPECT_EQ(Difference(tPlain, Walk(s, aFrames, &tPath)), "")
             << tPath.szName << " " << s.Text();
     }
@@ -99,11 +95,12 @@ namespace given {
 Plane aDist, aYDiff;
 size_t nNext;
 
-void NoSums(const CellSetup*, const uint8_t*, int32_t, int32_t, int32_t, int32_t, HalfBlock*,
-            HalfBlock*) {}
+void NoSums(const CellSetup&, const LumaPlane&, int32_t, int32_t, const HalfRow*, const HalfRow*) {}
 
-void Row(const CellSetup*, const HalfBlock*, const HalfBlock*, int32_t n, BlockSignature*,
-         const BlockSignature*, uint8_t* pDist, uint8_t* pYDiff) {
+void NoRecords(const RecordSetup&, const HalfRow&, const HalfRow&, int32_t, const RecordRow&) {}
+
+void Distances(const DistanceSetup&, const RecordRow&, const RecordRow&, int32_t n, uint8_t* pDist,
+               uint8_t* pYDiff) {
     std::memcpy(pDist, &aDist[nNext], static_cast<size_t>(n));
     std::memcpy(pYDiff, &aYDiff[nNext], static_cast<size_t>(n));
     nNext += static_cast<size_t>(n);
@@ -127,7 +124,7 @@ BlockFeature RecordAt(int32_t d) {
 
 TEST(RowWalk, DecidesAsThePlainRulesOnEveryBound) {
     Rng rng(5);
-    const KernelPath tPath{"given", given::NoSums, given::Row};
+    const RowKernels tPath{"given", given::NoSums, given::NoRecords, given::Distances};
     const std::vector<int32_t> aBounds = {0,   1,   2,   3,   9,   10,  11,  20,  169, 170,
                                           171, 179, 180, 181, 199, 200, 201, 254, 255};
     std::vector<BlockFeature> aRecords;
@@ -181,45 +178,6 @@ TEST(RowWalk, DecidesAsThePlainRulesOnEveryBound) {
     }
 }
 
-// Both gradients at 2040 in every pixel: the largest magnitude, column sum and moments there are.
-TEST(CellSums, LargestSumsFitTheirLanes) {
-    MdParams md{};
-    md.nMD_HogGradX[2] = md.nMD_HogGradY[2] = 8;
-    md.nMD_HogBlockStride = 8;
-    md.nMD_MetricMode = 2;
-    CellSetup t{};
-    const uint8_t aGauss[32 * 32] = {};
-    CellSetupInit(&md, 32, aGauss, &t);
-    const Plane aWhite(32 * 32, 255);
-    for (const KernelPath& tPath : FastPaths()) {
-        HalfBlock aTop[3], aBottom[3];
-        tPath.pCellRowSums(&t, aWhite.data(), 32, 32, 8, 3, aTop, aBottom);
-        for (const HalfBlock& h : {aTop[0], aTop[2], aBottom[1]}) {
-            for (const CellSums& c : {h.tLeft, h.tRight}) {
-                EXPECT_EQ(c.nMag, 64 * 3060) << tPath.szName;
-                EXPECT_EQ(c.nMomX, 28 * 8 * 3060);
-                EXPECT_EQ(c.nMomY, 28 * 8 * 3060);
-                EXPECT_EQ(c.nLuma, 64 * 255);
-            }
-        }
-    }
-}
-
-TEST(CellSums, InverseRootEqualsDigitLoopOverWholeDomain) {
-    for (uint32_t n = 1; n < (1u << 20); n += kStage) {
-        uint32_t aInput[kStage], aRoot[kStage];
-        for (uint32_t i = 0; i < kStage; ++i) aInput[i] = n + i;
-        InverseRoots(aInput, aRoot);
-        for (uint32_t i = 0; i < kStage; ++i) {
-            uint16_t nDigits = 0;
-            inv_sqrt_hw(aInput[i], &nDigits);
-            if (aInput[i] < (1u << 20)) {
-                ASSERT_EQ(aRoot[i], nDigits) << aInput[i];
-            }
-        }
-    }
-}
-
 // The comparison itself must notice a single wrong byte.
 TEST(RowWalk, ComparisonReportsPlantedFault) {
     testing::internal::CaptureStdout();
@@ -233,4 +191,3 @@ TEST(RowWalk, ComparisonReportsPlantedFault) {
     b.aFeatures[5].v[9] = static_cast<uint8_t>(b.aFeatures[5].v[9] ^ 1);
     EXPECT_NE(Difference(a, b).find("entry 5: v[9]"), std::string::npos);
 }
-#endif

@@ -1,0 +1,8 @@
+// The row kernels, built for AVX-512 with vectors of 32 bytes: twice the registers of AVX2.
+#include "md/decision/row_distances.inc"
+#include "md/decision/row_kernels.h"
+#include "md/feature/block_records.inc"
+#include "md/feature/cell_sums.inc"
+
+extern constinit const RowKernels kKernels_Avx512;
+constinit const RowKernels kKernels_Avx512 = {"avx512", CellRowSums, BlockRowRecords, RowDistances};
