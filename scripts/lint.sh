@@ -8,3 +8,12 @@ find app lib tools tests -name '*.cpp' -o -name '*.h' | sort | xargs clang-forma
 # The Windows side needs headers that only Windows has.
 find app lib tools -name '*.cpp' ! -name platform_windows.cpp | sort |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null
+
+# The pages, where their tools are: the build puts them into its tree.
+page_tools=build/release/page/node_modules/.bin
+if [ -x "$page_tools/eslint" ]; then
+    "$page_tools/prettier" --check --log-level warn 'lab/**/*.{js,css}' 'tests/lab/page/**/*.js'
+    "$page_tools/eslint" -c lab/page/eslint.config.js lab tests/lab/page
+else
+    echo "the pages are not checked: node or npm is missing"
+fi

@@ -3,7 +3,10 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libgtest-dev ffmpeg jq
-          libcli11-dev nlohmann-json3-dev "$@")
+          libcli11-dev nlohmann-json3-dev chromium "$@")
+# node and npm may have come from elsewhere, where npm is no package of its own.
+command -v node >/dev/null || packages+=(nodejs)
+command -v npm >/dev/null || packages+=(npm)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
