@@ -14,10 +14,11 @@
 namespace {
 
 RowWalk* pRowWalk;  // null where the block walk runs
+bool bKeepRecords;  // a caller of the run reads them
 
 // The block walk works on the 200-byte records; after the row walk only those read them who say so.
 bool RecordsWanted() {
-    return pRowWalk == nullptr || DumpsReadRecords() ||
+    return pRowWalk == nullptr || bKeepRecords || DumpsReadRecords() ||
            BoxMethodOf(tSimParams.tMd.nMD_PostProcMethod).bReadsRecords;
 }
 
@@ -29,6 +30,10 @@ void AllocateHistory(size_t nBlocks) {
 }
 
 }  // namespace
+
+void FrameScanKeepRecords() {
+    bKeepRecords = true;
+}
 
 void FrameScanInit() {
     const MdParams& md = tSimParams.tMd;

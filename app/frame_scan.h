@@ -6,6 +6,11 @@
 // window and all settings must be set. Only the plain walk prints detail lines, so a run that wants
 // them takes it.
 void FrameScanInit();
+
+// Before FrameScanInit: keep the records of every frame, for a caller that looks at the state of
+// the run after each frame.
+void FrameScanKeepRecords();
+
 void FrameScanRelease();
 
 // Forgets a run that ended early; releases nothing.

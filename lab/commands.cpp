@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "lab/report/report_command.h"
 #include "lab/score/score_command.h"
 #include "lab/tool/command.h"
 
@@ -11,7 +12,7 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {AddScore};
+const std::vector<AddCommand*> kCommands = {AddReport, AddScore};
 
 }  // namespace
 

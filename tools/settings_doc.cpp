@@ -29,6 +29,10 @@ SettingDoc ParseSetting(const std::string& sLine, const std::string& sMeaning) {
 std::vector<SettingGroup> ReadSettingsDoc(const std::string& sPath) {
     std::ifstream tFile(sPath);
     if (!tFile) throw std::runtime_error(sPath + ": cannot be read");
+    return ReadSettingsDoc(tFile);
+}
+
+std::vector<SettingGroup> ReadSettingsDoc(std::istream& tFile) {
     std::vector<SettingGroup> aGroups;
     std::string sComment;
     for (std::string sLine; std::getline(tFile, sLine);) {

@@ -2,6 +2,7 @@
 // cfg/default.cfg, so that manual pages repeat nothing by hand.
 #pragma once
 
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ struct SettingGroup {
 
 // Reads the shipped file. Throws std::runtime_error with the line that does not fit.
 std::vector<SettingGroup> ReadSettingsDoc(const std::string& sPath);
+std::vector<SettingGroup> ReadSettingsDoc(std::istream& tFile);
 
 // "0 to 3, default 1" of a row.
 std::string RangeText(const InputMapEntry& tRow);

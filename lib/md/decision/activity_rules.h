@@ -56,6 +56,14 @@ enum ActivityOutcome : uint8_t {
 };
 constexpr int kOutcomeCount = 20;
 
+// What the avail map shows of a block with that outcome.
+constexpr bool IsActive(ActivityOutcome nOutcome) {
+    constexpr uint32_t kActive = 1u << kAllCount | 1u << kSaturatedPatch | 1u << kSaturatedEdge |
+                                 1u << kStrongEdge | 1u << kCarried | 1u << kLowDelayFirst |
+                                 1u << kLowDelaySecond | 1u << kSteady | 1u << kJumpHeld;
+    return (kActive >> nOutcome & 1) != 0;
+}
+
 struct Activity {
     uint8_t nAvail;  // 0 or 1
     ActivityOutcome nOutcome;

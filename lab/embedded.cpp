@@ -1,0 +1,29 @@
+#include "lab/embedded.h"
+
+// The assembler reads the file; names end in "_end" for its end.
+#define EMBED(name, path)                                            \
+    asm(".section .rodata\n" #name ":\n.incbin \"" path "\"\n" #name \
+        "_end:\n.byte 0\n.previous\n");                              \
+    extern "C" const char name[];                                    \
+    extern "C" const char name##_end[]
+
+EMBED(mdlab_default_cfg, MDLAB_DEFAULT_CFG);
+#ifdef MDLAB_REPORT_PAGE
+EMBED(mdlab_report_page, MDLAB_REPORT_PAGE);
+#endif
+
+namespace lab {
+
+std::string_view DefaultCfg() {
+    return {mdlab_default_cfg, static_cast<size_t>(mdlab_default_cfg_end - mdlab_default_cfg)};
+}
+
+std::string_view ReportPage() {
+#ifdef MDLAB_REPORT_PAGE
+    return {mdlab_report_page, static_cast<size_t>(mdlab_report_page_end - mdlab_report_page)};
+#else
+    return {};
+#endif
+}
+
+}  // namespace lab

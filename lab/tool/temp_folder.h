@@ -1,0 +1,23 @@
+// A folder for what is needed only while the program works. It is removed with all it holds when
+// the object goes.
+#pragma once
+
+#include <string>
+
+namespace lab {
+
+class TempFolder {
+  public:
+    // A new folder below the one that TMPDIR names, else /tmp. Throws Error if none can be made.
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    [[nodiscard]] const std::string& Path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+}  // namespace lab
