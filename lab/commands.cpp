@@ -5,6 +5,7 @@
 
 #include "lab/report/report_command.h"
 #include "lab/score/score_command.h"
+#include "lab/show/show.h"
 #include "lab/tool/command.h"
 
 namespace lab {
@@ -12,7 +13,7 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {AddReport, AddScore};
+const std::vector<AddCommand*> kCommands = {AddShow, AddReport, AddScore};
 
 }  // namespace
 

@@ -27,6 +27,12 @@ int TerminalWidth() {
     return known ? size.ws_col : 80;
 }
 
+int TerminalHeight() {
+    winsize size{};
+    const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_row > 0;
+    return known ? size.ws_row : 24;
+}
+
 Progress::Progress(std::string what, int64_t total, bool quiet)
     : what_(std::move(what)),
       total_(total),

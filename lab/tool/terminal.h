@@ -18,6 +18,9 @@ bool TrueColour();
 // Columns of the terminal on standard output; 80 where there is none.
 int TerminalWidth();
 
+// Lines of the terminal on standard output; 24 where there is none.
+int TerminalHeight();
+
 // One line on standard error that is redrawn at most ten times a second: done of all, rate, time
 // left. Shows nothing when `quiet` is set or standard error is not a terminal.
 class Progress {
