@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "lab/export/export.h"
 #include "lab/report/report_command.h"
 #include "lab/score/score_command.h"
 #include "lab/show/show.h"
@@ -13,7 +14,7 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {AddShow, AddReport, AddScore};
+const std::vector<AddCommand*> kCommands = {AddShow, AddExport, AddReport, AddScore};
 
 }  // namespace
 

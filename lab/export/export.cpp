@@ -1,0 +1,219 @@
+#include "lab/export/export.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lab/dumps/run.h"
+#include "lab/export/frame_items.h"
+#include "lab/export/frame_source.h"
+#include "lab/export/playlist.h"
+#include "lab/export/statistics_file.h"
+#include "lab/tool/error.h"
+#include "lab/tool/result_file.h"
+#include "lab/tool/terminal.h"
+
+namespace lab {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ExportOptions {
+    std::string run;
+    std::string name;
+    std::string frames;
+    std::string map;
+    std::string video;
+    bool quiet = false;
+};
+
+// The whole of "A:B", where either number may be missing.
+FrameRange ParseFrames(const std::string& text) {
+    FrameRange range{0, std::numeric_limits<int64_t>::max()};
+    const std::size_t colon = text.find(':');
+    const char* end = text.data() + text.size();
+    if (colon != std::string::npos) {
+        const char* middle = text.data() + colon;
+        const auto first = std::from_chars(text.data(), middle, range.first);
+        const auto last = std::from_chars(middle + 1, end, range.last);
+        if ((colon == 0 || first.ptr == middle) && (middle + 1 == end || last.ptr == end) &&
+            range.first >= 0 && range.last >= range.first) {
+            return range;
+        }
+    }
+    throw Error("--frames " + text + ": expected A:B, frames counted from 0");
+}
+
+struct Video {
+    fs::path path;
+    VideoSize size;
+};
+
+Video FindVideo(const Run& run, const ExportOptions& options) {
+    fs::path path = options.video;
+    for (const std::string& name : run.videos) {
+        if (path.empty() && name.starts_with("ScaledInput_")) path = fs::path(run.output) / name;
+    }
+    if (path.empty()) {
+        throw Error(options.run +
+                    ": no ScaledInput video there; MD leaves one when it scales the input or when "
+                    "MD_DbgEn has 8192 in it. --video names another");
+    }
+    if (!fs::exists(path)) throw Error(path.string() + ": cannot be read: No such file");
+    const std::optional<VideoSize> size = SizeInName(path.filename().string());
+    if (!size) throw Error(path.string() + ": the name tells no size, as in NAME_320x180_P420.yuv");
+    return {path, *size};
+}
+
+int StrideOrThrow(const Video& video, const Frame& frame) {
+    if (frame.columns == 0) return 0;  // only the box is known
+    const std::optional<int> stride = StrideOf(video.size, frame.columns, frame.rows);
+    if (stride) return *stride;
+    throw Error(video.path.string() + ": " + std::to_string(frame.columns) + " x " +
+                std::to_string(frame.rows) + " blocks do not fit on its " +
+                std::to_string(video.size.width) + " x " + std::to_string(video.size.height) +
+                " pixels");
+}
+
+// Differing blocks, as `compare --map` leaves them, by frame.
+struct DifferenceMap {
+    std::vector<StatisticsType> types;
+    std::map<int64_t, std::vector<StatisticsItem>> items;
+};
+
+DifferenceMap ReadMap(const std::string& path, const Video& video) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw Error(path + ": cannot be read");
+    const std::string text{std::istreambuf_iterator<char>(in), {}};
+    Statistics statistics = ParseStatistics(path, text);
+    if (statistics.header.width != video.size.width ||
+        statistics.header.height != video.size.height) {
+        throw Error(path + ": is of a frame of " + std::to_string(statistics.header.width) + " x " +
+                    std::to_string(statistics.header.height) + " pixels, the video has " +
+                    std::to_string(video.size.width) + " x " + std::to_string(video.size.height));
+    }
+    DifferenceMap map{std::move(statistics.header.types), {}};
+    // Ids become places in the list, as everywhere in the file that is written.
+    std::map<int, int> places;
+    for (std::size_t i = 0; i < map.types.size(); ++i) {
+        const int place = static_cast<int>(i);
+        places[map.types[i].id] = place;
+        map.types[i].id = place;
+    }
+    for (StatisticsItem& item : statistics.items) {
+        item.type = places[item.type];
+        map.items[item.frame].push_back(std::move(item));
+    }
+    return map;
+}
+
+class Exporter {
+  public:
+    Exporter(const ExportOptions& options, const Run& run)
+        : options_(options), video_(FindVideo(run, options)), file_(options.name + ".csv") {
+        if (!options.map.empty()) differences_ = ReadMap(options.map, video_);
+        header_ = {video_.size.width, video_.size.height, differences_.types};
+        for (StatisticsType type : FrameTypes()) {
+            type.id += FirstFrameType();
+            header_.types.push_back(std::move(type));
+        }
+        file_.Write(HeaderText(header_));
+    }
+
+    void Add(const Frame& frame) {
+        std::vector<StatisticsItem> items = std::move(differences_.items[frame.index]);
+        differences_.items.erase(frame.index);
+        for (StatisticsItem& item : FrameItems(frame, StrideOrThrow(video_, frame),
+                                               video_.size.width, video_.size.height)) {
+            item.type += FirstFrameType();
+            items.push_back(std::move(item));
+        }
+        for (const StatisticsItem& item : items) file_.Write(ItemText(item));
+        items_ += static_cast<int64_t>(items.size());
+        frames_ += items.empty() ? 0 : 1;
+    }
+
+    void Finish() {
+        if (items_ == 0) {
+            throw Error(options_.run + ": nothing to show: no distance, active block or box");
+        }
+        ResultFile playlist(options_.name + ".yuvplaylist");
+        const fs::path statistics = options_.name + ".csv";
+        playlist.Write(PlaylistText(fs::absolute(statistics).parent_path(), video_.path,
+                                    video_.size, statistics, header_));
+        file_.Commit();
+        playlist.Commit();
+        std::printf("%s.csv          %lld items in %lld frames\n%s.yuvplaylist  shows them on %s\n",
+                    options_.name.c_str(), static_cast<long long>(items_),
+                    static_cast<long long>(frames_), options_.name.c_str(),
+                    video_.path.string().c_str());
+    }
+
+  private:
+    // The differences come first, so that they lie on top.
+    [[nodiscard]] int FirstFrameType() const { return static_cast<int>(differences_.types.size()); }
+
+    const ExportOptions& options_;
+    Video video_;
+    ResultFile file_;
+    DifferenceMap differences_;
+    StatisticsHeader header_{};
+    int64_t items_ = 0, frames_ = 0;
+};
+
+void Export(const ExportOptions& options) {
+    const FrameRange range =
+        options.frames.empty() ? ParseFrames(":") : ParseFrames(options.frames);
+    const Run run = OpenRun(options.run);
+    Exporter exporter(options, run);
+    Progress progress("frames", 0, options.quiet);
+    int64_t done = 0;
+    EachFrame(run, range, [&](const Frame& frame) {
+        exporter.Add(frame);
+        progress.Show(++done);
+    });
+    exporter.Finish();
+}
+
+}  // namespace
+
+void AddExport(CLI::App* app, int* status) {
+    auto options = std::make_shared<ExportOptions>();
+    CLI::App* command = app->add_subcommand(
+        "export", "Writes a run's distances, active blocks and boxes for a viewer");
+    BeginHelpWith(
+        "  mdlab export out --yuview walker && YUView walker.yuvplaylist\n"
+        "  mdlab compare golden rtl --map wrong.csv; mdlab export golden --yuview wrong --map "
+        "wrong.csv\n",
+        command);
+    command->add_option("RUN", options->run, "Output folder of a run")->required();
+    command
+        ->add_option("--yuview", options->name,
+                     "Write NAME.csv, statistics, and NAME.yuvplaylist, the video with them")
+        ->required()
+        ->option_text("NAME");
+    command->add_option("--frames", options->frames, "Only frames A to B, counted from 0")
+        ->option_text("A:B");
+    command->add_option("--map", options->map, "Differing blocks, as compare --map left them")
+        ->option_text("FILE");
+    command->add_option("--video", options->video, "Show this raw video, NAME_WxH_P420.yuv")
+        ->option_text("FILE");
+    command->add_flag("--quiet", options->quiet, "No progress");
+    command->callback([options, status] {
+        Export(*options);
+        *status = kSame;
+    });
+}
+
+}  // namespace lab

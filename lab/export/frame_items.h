@@ -1,0 +1,31 @@
+// What a frame's dumps show over the video: active blocks, distances and the box.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "lab/dumps/frame.h"
+#include "lab/export/statistics_file.h"
+
+namespace lab {
+
+enum FrameType : int { kActiveType, kDistanceType, kBoxType };
+
+// In the order of their ids.
+std::vector<StatisticsType> FrameTypes();
+
+// In blocks.
+struct BlockRectangle {
+    int x, y, width, height;
+    uint16_t value;
+};
+
+// Rectangles of equal values that are not 0. They cover each such block once.
+std::vector<BlockRectangle> JoinEqual(const std::vector<uint16_t>& values, int columns, int rows);
+
+// A block is shown as a square of `stride` pixels at its corner: its real 16 pixels overlap with
+// those of its neighbours, and the viewer would mix them. All is cut to a frame of width x height
+// pixels.
+std::vector<StatisticsItem> FrameItems(const Frame& frame, int stride, int width, int height);
+
+}  // namespace lab
