@@ -1,12 +1,13 @@
 // Runs of the program as a user types them, with all that they print: tests/sessions/*.txt. A line
-// "# ..." names a fault to find and starts in a new folder, "$ ..." is a shell line, and what
-// follows is its standard output, its standard error behind "! " and its exit status, where it is
-// not 0. With MD_REFRESH in the environment the files are written anew instead of compared.
+// "# ..." says what holds and is a test of its own, in a new folder; "## ..." explains it. "$ ..."
+// is a shell line, and what follows is its standard output, its standard error after "! " and its
+// exit status, where it is not 0. With MD_REFRESH in the environment the files are written anew
+// instead of compared.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
-#include <memory>
 #include <sstream>
 
 #include "md/cfg_top/cfg_text.h"
@@ -15,16 +16,74 @@
 
 namespace {
 
-// A folder with a copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it.
-// The real tools are in "tools", the tree of sources is "source".
-std::unique_ptr<TempFolder> NewFolder() {
-    auto p = std::make_unique<TempFolder>();
-    CopyMd(p->Path());
-    WriteAll(*p / "in.yuv", SquaresBytes({.nFrames = 2, .nSpeed = 7, .nTail = 100}, 32, 32));
-    WriteAll(*p / "a.cfg", BaseConfig(32, 32));
-    fs::create_directory_symlink(cfgDirName(MD_PROGRAM), *p / "tools");
-    fs::create_directory_symlink(MD_SOURCE_DIR, *p / "source");
-    return p;
+// One typed line and what it prints.
+struct Line {
+    std::string sCommand, sPrinted;
+};
+
+struct Block {
+    fs::path tFile;
+    std::string sHead;  // the lines "# ..." and "## ...", as they are
+    std::vector<Line> aLines;
+
+    std::string Text() const {
+        std::string s = sHead;
+        for (const Line& t : aLines) s += "$ " + t.sCommand + "\n" + t.sPrinted;
+        return s;
+    }
+    // The file's name and the first line's words.
+    std::string Name() const {
+        std::string s = tFile.stem().string();
+        for (const char c : sHead.substr(0, sHead.find('\n'))) {
+            const bool bWord = std::isalnum(static_cast<unsigned char>(c)) != 0;
+            if (bWord || s.back() != '_') s += bWord ? c : '_';
+        }
+        return s;
+    }
+};
+
+void PrintTo(const Block& t, std::ostream* pOut) {
+    *pOut << t.Name();
+}
+
+std::vector<Block> BlocksOf(const fs::path& tFile) {
+    std::vector<Block> a;
+    std::string sLine;
+    for (std::istringstream t(ReadAll(tFile)); std::getline(t, sLine);) {
+        if (sLine.starts_with("# ")) a.push_back({tFile, "", {}});
+        if (sLine.starts_with("# ") || sLine.starts_with("## ")) {
+            a.back().sHead += sLine + "\n";
+        } else if (sLine.starts_with("$ ")) {
+            a.back().aLines.push_back({sLine.substr(2), ""});
+        } else {
+            a.back().aLines.back().sPrinted += sLine + "\n";
+        }
+    }
+    return a;
+}
+
+std::vector<Block> AllBlocks() {
+    std::vector<fs::path> aFiles;
+    for (const auto& t : fs::directory_iterator(MD_SOURCE_DIR "/tests/sessions")) {
+        aFiles.push_back(t.path());
+    }
+    std::ranges::sort(aFiles);
+    std::vector<Block> a;
+    for (const fs::path& tFile : aFiles) {
+        for (const Block& t : BlocksOf(tFile)) a.push_back(t);
+    }
+    return a;
+}
+
+// A copy of the program, a clip "in.yuv" of 32x32 and the settings "a.cfg" for it. The real tools
+// are in "tools", the tree of sources is "source".
+void Fill(const TempFolder& tFolder) {
+    CopyMd(tFolder.Path());
+    const SquaresClip tClip = {.nFrames = 2, .nSpeed = 7, .nTail = 100};
+    WriteAll(tFolder / "in.yuv", SquaresBytes(tClip, 32, 32));
+    WriteAll(tFolder / "a.cfg", BaseConfig(32, 32));
+    fs::create_directory_symlink(cfgDirName(MD_PROGRAM), tFolder / "tools");
+    fs::create_directory_symlink(MD_SOURCE_DIR, tFolder / "source");
 }
 
 void Add(std::ostream& tOut, const std::string& sText, const char* szMark) {
@@ -33,14 +92,15 @@ void Add(std::ostream& tOut, const std::string& sText, const char* szMark) {
     if (!sText.empty() && !sText.ends_with('\n')) tOut << szMark << "(no end of line)\n";
 }
 
-// The transcript of one line. What runs with "a.cfg" print up to the empty line behind their
-// settings is left out.
-std::string Typed(const fs::path& tFolder, const std::string& sCommand) {
+// What a line prints. What runs with "a.cfg" print up to the empty line after their settings is
+// left out.
+std::string Printed(const fs::path& tFolder, const std::string& sCommand) {
     Outcome t = RunProgram(tFolder, {"env", "LC_ALL=C", "sh", "-c", sCommand});
-    const std::string sStart = "Setting Default Parameters...\nParsing Configfile...... a.cfg\n" +
-                               std::string(14, '.') + "\n";
+    const std::string sStart = "Setting Default Parameters...\nParsing Configfile...... a.cfg\n";
+    const size_t nAfterDots = t.sOut.find_first_not_of('.', sStart.size());
     const size_t nEnd = t.sOut.find("\n\n");
-    if (t.sOut.starts_with(sStart) && nEnd != std::string::npos) t.sOut.erase(0, nEnd + 2);
+    const bool bParsed = t.sOut.starts_with(sStart) && nEnd != std::string::npos;
+    if (bParsed && t.sOut[nAfterDots] == '\n') t.sOut.erase(0, nEnd + 2);
     std::ostringstream tText;
     Add(tText, t.sOut, "");
     Add(tText, t.sErr, "! ");
@@ -48,30 +108,29 @@ std::string Typed(const fs::path& tFolder, const std::string& sCommand) {
     return tText.str();
 }
 
-class Session : public testing::TestWithParam<const char*> {};
-
-TEST_P(Session, PrintsSomethingElse) {
-    const std::string sPath = std::string(MD_SOURCE_DIR "/tests/sessions/") + GetParam() + ".txt";
-    const std::string sWant = ReadAll(sPath);
-    std::string sGot, sLine;
-    std::unique_ptr<TempFolder> pFolder;
-    for (std::istringstream t(sWant); std::getline(t, sLine);) {
-        if (sLine.starts_with("# ")) pFolder = NewFolder();
-        if (sLine.starts_with("# ") || sLine.starts_with("$ ")) sGot += sLine + "\n";
-        if (sLine.starts_with("$ ")) sGot += Typed(pFolder->Path(), sLine.substr(2));
-    }
-    if (std::getenv("MD_REFRESH") != nullptr) WriteAll(sPath, sGot);
-    const std::string sFile = ReadAll(sPath);
-    const auto nSame = static_cast<size_t>(std::ranges::mismatch(sGot, sFile).in1 - sGot.begin());
-    const size_t nLine = nSame == 0 ? 0 : sGot.rfind('\n', nSame - 1) + 1;  // 0 behind npos
-    EXPECT_TRUE(sGot == sFile) << sPath << " has\n"
-                               << sFile.substr(nLine, 400) << "\nthe program printed\n"
-                               << sGot.substr(nLine, 400);
+// Puts a block in the place of the one with its name.
+void Rewrite(const Block& tNew) {
+    std::string s;
+    for (const Block& t : BlocksOf(tNew.tFile)) s += (t.Name() == tNew.Name() ? tNew : t).Text();
+    WriteAll(tNew.tFile, s);
 }
 
-INSTANTIATE_TEST_SUITE_P(Typed, Session,
-                         testing::Values("configuration", "command_line", "default_cfg", "refused",
-                                         "input", "outputs", "streams", "tools"),
-                         [](const auto& tInfo) { return std::string(tInfo.param); });
+class Session : public testing::TestWithParam<Block> {};
 
 }  // namespace
+
+TEST_P(Session, Prints) {
+    Block tGot = GetParam();
+    const TempFolder tFolder;
+    Fill(tFolder);
+    for (Line& t : tGot.aLines) t.sPrinted = Printed(tFolder.Path(), t.sCommand);
+    if (std::getenv("MD_REFRESH") != nullptr) return Rewrite(tGot);
+    ASSERT_FALSE(tGot.aLines.empty());
+    for (size_t i = 0; i < tGot.aLines.size(); ++i) {
+        const Line& tWant = GetParam().aLines[i];
+        ASSERT_EQ(tWant.sPrinted, tGot.aLines[i].sPrinted) << "$ " << tWant.sCommand;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Typed, Session, testing::ValuesIn(AllBlocks()),
+                         [](const auto& tInfo) { return tInfo.param.Name(); });

@@ -21,7 +21,7 @@ bool Within(const void* p, const Record& tRecord) {
 
 }  // namespace
 
-TEST(DefaultCfg, KeyMissingOrTwiceOrRangeStale) {
+TEST(DefaultCfg, NamesEachKeyOnceWithItsRange) {
     std::istringstream tText(ReadAll(MD_SOURCE_DIR "/cfg/default.cfg"));
     std::map<std::string, std::string> aRanges;  // by key
     for (std::string sLine; std::getline(tText, sLine);) {
@@ -53,6 +53,9 @@ TEST(InputMap, EveryMemberWithAKeyIsReachedOnce) {
         nSection += Within(t.Place, tSimParams.tMd) ? nSize : 0;
     }
     EXPECT_EQ(aBytes.size(), nBytes) << "two keys share a byte";
-    // No key: ten taps, the magnitude bound, two run-time indexes; the rest is padding.
-    EXPECT_LT(sizeof(MdParams) - nSection - 13 * sizeof(int32_t), 4 * alignof(double));
+    // No key: ten taps, the magnitude bound, two run-time indexes. The rest is what aligning doubles
+    // takes, so a further member without a key shows, unless it just fills such a gap.
+    if (alignof(MdParams) == 8) {
+        EXPECT_EQ(sizeof(MdParams) - nSection - 13 * sizeof(int32_t), 8U);
+    }
 }

@@ -6,7 +6,7 @@
 #include <vector>
 
 // Whole runs tell what stands in a window; a byte behind it is seen by nobody.
-TEST(BlockFetch, WritesItsWindowAlone) {
+TEST(BlockFetch, WritesOnlyItsWindow) {
     constexpr int B = 16, W = 18, H = 17, nWin = B + 4;
     const std::vector<uint8_t> aY(W * H, 7);
     for (int i = 0; i < 3 * 3 * 2; ++i) {

@@ -6,7 +6,7 @@
 #include "tests/support/files.h"
 
 // The box methods report one object at most, the record has room for four.
-TEST(ObjectReport, CommasStandBetweenObjects) {
+TEST(ObjectReport, HasCommasBetweenObjects) {
     const TempFolder tFolder;
     const std::string sPath = tFolder / "report";
     static TextOut tText;
