@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Runs of MD through every stage and box method, to compare one platform's program with another's.
 # Sourced by windows.sh and cross.sh.
 

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Builds the release and the sanitizer build, runs every test in both, and fuzzes for a few seconds.
+# Builds the release (GCC) and the sanitizer build (Clang), runs every test in both, and fuzzes for a
+# few seconds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh
+scripts/setup.sh clang libclang-rt-dev
 for preset in release asan; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset"

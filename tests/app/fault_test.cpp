@@ -57,7 +57,7 @@ TEST(Fault, MissingMemoryForSettingsShowsOnStandardError) {
 #endif
     const TempFolder tFolder;
     std::string sName = "a.cfg";
-    while (sName.size() < 130000) sName = "./" + sName;
+    while (sName.size() < 130000) sName.insert(0, "./");
     bool bSeen = false;
     for (int32_t nKb = 3000; !bSeen && nKb < 100000; nKb += 40) {
         const Outcome t =

@@ -75,7 +75,7 @@ std::string Differing(std::vector<std::string> aWant, std::vector<std::string> a
     std::ranges::set_symmetric_difference(aWant, aGot, std::back_inserter(aLines));
     for (const std::string& s : aLines) aNames.push_back(s.substr(s.find("  ") + 2));
     std::ranges::sort(aNames);
-    aNames.erase(std::ranges::unique(aNames).begin(), aNames.end());
+    aNames.erase(std::unique(aNames.begin(), aNames.end()), aNames.end());
     std::string sText;
     for (const std::string& s : aNames) sText += s + "\n";
     return sText;

@@ -9,6 +9,7 @@
 // newer processor can be linked into an older path.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
