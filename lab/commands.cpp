@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "lab/compare/compare.h"
 #include "lab/export/export.h"
 #include "lab/report/report_command.h"
 #include "lab/score/score_command.h"
@@ -14,7 +15,7 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {AddShow, AddExport, AddReport, AddScore};
+const std::vector<AddCommand*> kCommands = {AddCompare, AddShow, AddExport, AddReport, AddScore};
 
 }  // namespace
 

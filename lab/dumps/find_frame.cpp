@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view kMark = "Frame_idx=";
 constexpr int64_t kChunk = 256 * 1024;
-constexpr int64_t kAfter = 32;  // bytes of a heading after its mark, and of the stars before it
+constexpr int64_t kAfter = 32;  // bytes of a heading before its mark, and after it, at most
+// Pieces overlap, so that a heading is always whole in one of them.
 
 struct Heading {
     int64_t frame, offset;
@@ -32,32 +33,13 @@ Heading HeadingAt(const std::string& text, std::size_t at, int64_t start) {
     return {frame, start + static_cast<int64_t>(begin)};
 }
 
-}  // namespace
-
-// Pieces overlap by `kAfter` on both sides, so that a heading is always whole in one of them.
-int64_t FindFrame(const std::string& path, int64_t frame) {
-    const RawFile file(path);
-    for (int64_t start = 0; start < file.Size(); start += kChunk) {
-        const int64_t from = std::max<int64_t>(0, start - kAfter);
-        const std::string text = file.Read(from, start - from + kChunk + kAfter);
-        for (std::size_t at = text.find(kMark); at != std::string::npos;
-             at = text.find(kMark, at + 1)) {
-            const Heading heading = HeadingAt(text, at, from);
-            if (heading.frame == frame) return heading.offset;
-        }
-    }
-    return -1;
-}
-
-namespace {
-
-std::optional<Heading> LastHeading(const RawFile& file, int64_t offset) {
-    for (int64_t end = std::min(file.Size(), offset + 2 * kAfter); end > 0; end -= kChunk) {
-        const int64_t from = std::max<int64_t>(0, end - kChunk - 2 * kAfter);
-        const std::string text = file.Read(from, end - from + kAfter);
+std::optional<Heading> LastHeading(const RawFile& file, int64_t offset, int64_t from) {
+    for (int64_t end = std::min(file.Size(), offset + 2 * kAfter); end > from; end -= kChunk) {
+        const int64_t begin = std::max(from, end - kChunk - 2 * kAfter);
+        const std::string text = file.Read(begin, end - begin + kAfter);
         for (std::size_t at = text.rfind(kMark); at != std::string::npos;
              at = at == 0 ? std::string::npos : text.rfind(kMark, at - 1)) {
-            const Heading heading = HeadingAt(text, at, from);
+            const Heading heading = HeadingAt(text, at, begin);
             if (heading.offset <= offset) return heading;
         }
     }
@@ -66,17 +48,33 @@ std::optional<Heading> LastHeading(const RawFile& file, int64_t offset) {
 
 }  // namespace
 
+// Frames are in order, so their headings can be bisected.
+int64_t FindFrame(const std::string& path, int64_t frame) {
+    const RawFile file(path);
+    for (int64_t first = 0, last = file.Size(); first <= last;) {
+        const int64_t middle = first + (last - first) / 2;
+        const auto heading = LastHeading(file, middle, 0);
+        if (heading && heading->frame == frame) return heading->offset;
+        if (!heading || heading->frame < frame) {
+            first = middle + 1;
+        } else {
+            last = heading->offset - 1;
+        }
+    }
+    return -1;
+}
+
 std::optional<FrameRange> RunningRange(const std::string& path) {
     const RawFile file(path);
     const std::string head = file.Read(0, 64);
     const std::size_t at = head.find(kMark);
     if (at == std::string::npos) return std::nullopt;
-    const auto last = LastHeading(file, file.Size());
+    const auto last = LastHeading(file, file.Size(), 0);
     return FrameRange{HeadingAt(head, at, 0).frame, last->frame};
 }
 
-int64_t HeadingBefore(const std::string& path, int64_t offset) {
-    const auto heading = LastHeading(RawFile(path), offset);
+int64_t HeadingBefore(const RawFile& file, int64_t offset, int64_t from) {
+    const auto heading = LastHeading(file, offset, from);
     return heading ? heading->offset : -1;
 }
 

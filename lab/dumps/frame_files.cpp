@@ -112,8 +112,14 @@ void ReadDistanceText(Scanner& scanner, Frame* frame) {
     ArrangeBlocks(scanner, places, frame);
 }
 
+}  // namespace
+
 std::vector<Field> FieldsOf(FileKind kind) {
     switch (kind) {
+        case kGoldenFile:
+            return {kLuma, kVector, kLength};
+        case kDistFile:
+            return {kDistance, kActive};
         case kHogCurFile:
             return {kLuma, kVector, kNorm};
         case kHogRefFile:
@@ -130,8 +136,6 @@ std::vector<Field> FieldsOf(FileKind kind) {
             return {};
     }
 }
-
-}  // namespace
 
 void ReadFrameFile(FileKind kind, const std::string& path, Frame* frame) {
     Scanner scanner(path);

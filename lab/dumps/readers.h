@@ -59,8 +59,12 @@ int64_t FindFrame(const std::string& path, int64_t frame);
 // Numbers of the first and the last heading, found from both ends.
 std::optional<FrameRange> RunningRange(const std::string& path);
 
-// Offset of the last heading that begins at or before `offset`; -1 when there is none.
-int64_t HeadingBefore(const std::string& path, int64_t offset);
+// Offset of the last heading that begins at or before `offset`; -1 when there is none. Nothing
+// before `from` is looked at, which is 0 or the offset of a heading.
+int64_t HeadingBefore(const RawFile& file, int64_t offset, int64_t from);
+
+// The fields that a file of this kind holds; fewer where the vector is switched off.
+std::vector<Field> FieldsOf(FileKind kind);
 
 // Reads one per-frame file into `frame`: its fields and grid are replaced, the rest stays.
 void ReadFrameFile(FileKind kind, const std::string& path, Frame* frame);

@@ -304,11 +304,13 @@ TEST(Readers, FindFramesInRunningFiles) {
     WriteAll(path, text);
     EXPECT_EQ(lab::RunningRange(path)->first, 10);
     EXPECT_EQ(lab::RunningRange(path)->last, 9 + kFrames);
+    const lab::RawFile bytes(path);
     for (int64_t i = 0; i < kFrames; i += 7) {
         const int64_t offset = offsets[static_cast<std::size_t>(i)];
         ASSERT_EQ(lab::FindFrame(path, 10 + i), offset);
-        ASSERT_EQ(lab::HeadingBefore(path, offset), offset);
-        ASSERT_EQ(lab::HeadingBefore(path, offset + 300), offset);
+        ASSERT_EQ(lab::HeadingBefore(bytes, offset, 0), offset);
+        ASSERT_EQ(lab::HeadingBefore(bytes, offset + 300, 0), offset);
+        ASSERT_EQ(lab::HeadingBefore(bytes, offset + 300, offset), offset);
     }
     EXPECT_EQ(lab::FindFrame(path, 9), -1);
     EXPECT_EQ(lab::FindFrame(path, 10 + kFrames), -1);
