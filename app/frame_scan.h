@@ -1,10 +1,10 @@
-// The block scan of a run: chooses the plain or the fast walk, owns the buffers of the one chosen,
-// and keeps the 200-byte feature records up to date where something reads them.
+// The block scan of a run: chooses the block walk or the row walk, owns the buffers of the one
+// chosen, and keeps the 200-byte feature records up to date where something reads them.
 #pragma once
 
 // Allocates the block tables of MdResult (status 1 when there is no memory). The grid, the Gaussian
-// window and all settings must be set. Only the plain walk prints detail lines, so a run that wants
-// them takes it.
+// window and all settings must be set. Only the block walk prints detail lines, so a run with them
+// takes it.
 void FrameScanInit();
 
 // Before FrameScanInit: keep the records of every frame, for a caller that looks at the state of

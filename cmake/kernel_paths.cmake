@@ -18,7 +18,7 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQU
     md_kernel_path(ssse3 -mssse3)
     md_kernel_path(avx2 -mavx2)
     # GCC 12 takes its own header's undefined vectors for uninitialised ones.
-    md_kernel_path(avx512 -mavx2 -mavx512bw -mavx512vl -mprefer-vector-width=256
+    md_kernel_path(avx512 -mavx512bw -mprefer-vector-width=512
                    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL "aarch64")
     md_kernel_path(neon)

@@ -30,7 +30,9 @@ mkdir -p "$work/bin" "$work/toolbin"
 cp build/release/bin/MD "$build/bin/MD.exe" "$work/bin"
 platform_clip "$work/clip"
 platform_run "$work/here" "$work/clip" "$work/bin/MD"
-for kernels in avx2 ssse3 plain; do
+paths=(avx2 ssse3 scalar plain)
+! grep -qw avx512bw /proc/cpuinfo || paths=(avx512 "${paths[@]}")
+for kernels in "${paths[@]}"; do
     rm -rf "$work/windows"
     MD_KERNELS=$kernels platform_run "$work/windows" "$work/clip" "$wine" "$work/bin/MD.exe"
     grep -qF '.\in.yuv' "$work/windows/method1/out/HOG_feature/HOGCount.txt"

@@ -21,8 +21,7 @@ struct Path {
 // Fastest first.
 constexpr Path aPaths[] = {
 #ifdef MD_KERNELS_AVX512
-    {&kKernels_Avx512,
-     [] { return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"); }},
+    {&kKernels_Avx512, [] { return __builtin_cpu_supports("avx512bw") != 0; }},
 #endif
 #ifdef MD_KERNELS_AVX2
     {&kKernels_Avx2, [] { return __builtin_cpu_supports("avx2") != 0; }},

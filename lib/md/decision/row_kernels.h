@@ -4,8 +4,9 @@
 // names: a path of the table, or "plain" for the block walk. All give the same bytes.
 //
 // To add a path: a row in the table (row_kernels.cpp), a file row_kernels_NAME.cpp, and its line in
-// the build, which gives the file its instruction set. If the set has vectors of another width or
-// is no x86, lanes.h gets its few operations. Tests and benchmarks take every path of the table.
+// the build (cmake/kernel_paths.cmake), which gives the file its instruction set. A set that is no
+// x86 also needs its few vector operations (feature/lanes.h). Tests and benchmarks take every path
+// of the table.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// The row kernels, built for AVX-512 with vectors of 32 bytes: twice the registers of AVX2.
+// The row kernels, built for AVX-512.
 #include "md/decision/row_distances.inc"
 #include "md/decision/row_kernels.h"
 #include "md/feature/block_records.inc"

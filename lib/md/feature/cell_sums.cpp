@@ -70,7 +70,7 @@ struct ColumnSums {
 };
 
 // `pWeights`: of the half's first row in the block.
-void SumColumns(const Half& aAbsX, const Half& aAbsY, const uint16_t (*pWeights)[kBlock],
+void SumColumns(const Half& aAbsX, const Half& aAbsY, const uint16_t (*pWeights)[2 * kBlock],
                 ColumnSums* pSums) {
     *pSums = {};
     for (int32_t r = 0; r < kCell; ++r) {
@@ -131,18 +131,18 @@ void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup*
         for (int32_t c = 0; c < kBlock; ++c) {
             const int32_t w =
                 md.nMD_HogMagnitudeWeightEn != 0 ? pGaussWin[r * kGaussPitch + c] : 64;
-            t.aWeight[r][c] = static_cast<uint16_t>(w << 9);
+            t.aWeight[r][c] = t.aWeight[r][kBlock + c] = static_cast<uint16_t>(w << 9);
         }
     }
     t.nPadding = md.nMD_Padding_Method;
     t.nStrideCells = md.nMD_HogBlockStride / kCell;
     constexpr int32_t aFirstTap[3] = {0, 3, 2};
     for (int32_t nPair = 0; nPair < 3; ++nPair) {
-        for (int32_t nSide = 0; nSide < 2; ++nSide) {
-            const int32_t nFirst = t.nPadding == 0 ? 0 : kCell * nSide;
+        for (int32_t nLane = 0; nLane < 4; ++nLane) {
+            const int32_t nFirst = t.nPadding == 0 ? 0 : kCell * (nLane % 2);
             for (int32_t i = 0; i < 16; ++i) {
                 const int32_t nTap = aFirstTap[nPair] + i % 2;
-                t.aPlacesX[nPair][nSide][i] =
+                t.aPlacesX[nPair][nLane][i] =
                     PlaceOfColumn(t.nPadding, nFirst + i / 2 + nTap - kBorder);
             }
         }

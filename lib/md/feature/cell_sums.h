@@ -29,15 +29,16 @@ struct CellSetup {
     int16_t aTapsX[kGradientTaps];  // -8 to 8; positive and negative ones sum up to 8 each at most
     int16_t aTapsY[kGradientTaps];
     // Rows of Gaussian weights << 9; 64 << 9 with weighting off. The product with twice the
-    // magnitude has the weighted magnitude in its upper half.
-    alignas(32) uint16_t aWeight[16][16];
+    // magnitude has the weighted magnitude in its upper half. Each row twice, for vectors that hold
+    // two blocks.
+    alignas(64) uint16_t aWeight[16][32];
     int32_t nPadding;      // border of a block: 0 neighbours, 1 zeros, 2 the block's own edge
     int32_t nStrideCells;  // from block to block, 1 to 8
     // For vectors: where the pixels under a pair of taps are for each column of a cell, as the
-    // left one of its block and as the right one. Pairs are taps 0 and 1, 3 and 4, 2 and 3. With
-    // padding 0 the places count from two columns before the cell, else from the block's first
-    // column; at place 128 is a zero.
-    alignas(32) uint8_t aPlacesX[3][2][16];
+    // left one of its block and as the right one, and both again. Pairs are taps 0 and 1, 3 and 4,
+    // 2 and 3. With padding 0 the places count from two columns before the cell, else from the
+    // block's first column; at place 128 is a zero.
+    alignas(64) uint8_t aPlacesX[3][4][16];
 };
 
 // `pGaussWin`: 32 x 32 weights.
@@ -55,13 +56,13 @@ struct HalfRow {
 
 // Row kernels write whole groups of blocks: planes have room for a multiple of kRowStep, and what
 // comes after the last block is junk.
-constexpr int32_t kRowStep = 8;
+constexpr int32_t kRowStep = 16;
 constexpr int32_t RoundToRowStep(int32_t nBlocks) {
     return (nBlocks + kRowStep - 1) / kRowStep * kRowStep;
 }
 
 // Bytes after a luma plane that may be read with it; they do not count.
-constexpr int32_t kLumaSlack = 32;
+constexpr int32_t kLumaSlack = 64;
 
 // Luma plane, row pitch nWidth, readable for kLumaSlack bytes after its end.
 struct LumaPlane {
