@@ -36,6 +36,7 @@ const browser = [
     "HTMLSelectElement",
     "HTMLButtonElement",
     "getComputedStyle",
+    "VideoFrame",
     "requestIdleCallback",
     "requestAnimationFrame",
     "FileReader",

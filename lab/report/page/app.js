@@ -78,7 +78,7 @@ function addPicture(app, head, videoUrl) {
     }
     const { fps, shown_width: width, shown_height: height } = head.video;
     app.picture = new Picture(width, height);
-    app.video = new FrameVideo(videoUrl, fps, app.frames, (f) => arrived(app, f));
+    app.video = new FrameVideo(videoUrl, fps, app.frames, (f, image) => arrived(app, f, image));
     app.stills = new StillSource(videoUrl, fps, app.frames, width, height);
     app.video.element.className = "decoder";
     document.body.append(app.video.element);
@@ -99,10 +99,10 @@ function addPicture(app, head, videoUrl) {
 }
 
 // A picture has come: take it over and show it under its own number.
-function arrived(app, f) {
-    const { store, picture, video } = app;
+function arrived(app, f, image) {
+    const { store, picture } = app;
     if (f < 0 || f >= app.frames) return;
-    picture.grab(video.element, f);
+    picture.grab(image, f);
     const drawn = store.state.drawn + 1;
     if (app.holding === f && f !== store.state.frame) {
         store.set({ held: true, drawn });
@@ -141,7 +141,8 @@ function addPlay(app) {
             if (frame < from || frame >= to) app.video.seek(from);
             app.video.play(rate());
         } else {
-            store.set({ target: app.video.pause() });
+            app.video.pause();
+            store.set({ target: store.state.frame });
         }
         store.set({ playing: on });
     };

@@ -30,7 +30,7 @@ function options({ width, height, xAxis, range, yRange, ySplits, yValues, log, s
     return {
         width,
         height,
-        padding: [4, 0, xAxis ? 0 : 4, 0],
+        padding: [6, 0, xAxis ? 0 : 4, 0],
         pxAlign: 1,
         cursor: { show: false },
         legend: { show: false },

@@ -66,44 +66,6 @@ export function boxDifferences([a, b]) {
     };
 }
 
-// The stage at which a frame differs first, in the order of the chip, or null if it does not:
-// { stage, block or -1, sameDistances }. Only what the file holds can be compared.
-export function stageOf([a, b], f) {
-    const [p, q] = [a.blocks(f), b.blocks(f)];
-    const find = (x, y) => {
-        for (let i = 0; i < x.length; ++i) if (x[i] !== y[i]) return i;
-        return -1;
-    };
-    const [la, lb] = [a.means(f), b.means(f)];
-    if (la !== null && lb !== null && la !== lb) {
-        const block = find(la, lb);
-        if (block >= 0) return { stage: "in the luma", block, sameDistances: false };
-    }
-    if (p !== null && q !== null) {
-        const block = find(p.distance, q.distance);
-        if (block >= 0) {
-            const [v, w] = [a.vector(f, block), b.vector(f, block)];
-            const vectors = v !== null && w !== null && v.v.some((n, i) => n !== w.v[i]);
-            return {
-                stage: vectors ? "in the vectors" : "in the distances",
-                block,
-                sameDistances: false,
-            };
-        }
-        // Outcomes can differ in the words alone; what counts is the state or the mask.
-        for (let i = 0; i < p.outcome.length; ++i) {
-            if (p.state[i] !== q.state[i] || active(p.outcome[i]) !== active(q.outcome[i])) {
-                return { stage: "in the decision", block: i, sameDistances: true };
-            }
-        }
-    }
-    if (!sameBox(a.boxBefore(f), b.boxBefore(f)))
-        return { stage: "in the box", block: -1, sameDistances: true };
-    if (!sameBox(a.boxAfter(f), b.boxAfter(f)))
-        return { stage: "behind the gate", block: -1, sameDistances: true };
-    return null;
-}
-
 const kApart = 15; // frames between two entries of the list
 const kEntries = 8;
 
@@ -121,7 +83,7 @@ export function mostDiffering(frames) {
     return out;
 }
 
-// The record of the whole clip: at(f), series(), and `done` and `first` once all was looked at.
+// The record of the whole clip: at(f), series(), and `done` once all was looked at.
 export function createDifference(runs) {
     const n = runs[0].frames;
     const frames = new Array(n).fill(null);
@@ -142,22 +104,6 @@ export function createDifference(runs) {
         }),
         known: () => frames.map((d) => d ?? zero),
         boxes: boxDifferences(runs),
-        first: undefined,
     };
     return record;
-}
-
-// The first frame that differs: { f, stage, block, sameDistances } or null. Unpacks what it needs.
-export async function firstDifference(runs, chunkFrames) {
-    const ownLuma = runs[0].luma_of !== runs[1].luma_of;
-    for (let f = 0; f < runs[0].frames; ++f) {
-        if (f % chunkFrames === 0) {
-            await Promise.all(runs.map((run) => run.loadChunk(f / chunkFrames)));
-            if (ownLuma) await Promise.all(runs.map((run) => run.loadFeatures(f)));
-        }
-        if (stageOf(runs, f) === null) continue;
-        await Promise.all(runs.map((run) => run.loadFeatures(f)));
-        return { f, ...stageOf(runs, f) };
-    }
-    return null;
 }

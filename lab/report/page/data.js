@@ -118,7 +118,7 @@ function addBlocks(run, head, source, callbacks) {
 function addFeatures(run, head, source, callbacks) {
     const per = head.chunk_frames;
     const { blocks } = run.grid;
-    const none = { get: () => null, load: () => Promise.resolve() };
+    const none = { get: () => null };
     const means =
         run.luma_of === null
             ? none
@@ -158,10 +158,6 @@ function addFeatures(run, head, source, callbacks) {
         Math.floor(f / per) >= Math.floor(range[0] / per) &&
         Math.floor(f / per) <= Math.floor(range[1] / per);
 
-    run.loadFeatures = (f) => {
-        const k = Math.floor(f / per);
-        return Promise.all([means.load(k), vectors.load(k)]);
-    };
     run.hasMeans = (f) => covered(run.luma_frames, f);
     run.hasVectors = (f) => covered(run.vector_frames, f);
     // Mean luma of each block, or null: left out, or not there yet.

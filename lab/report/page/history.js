@@ -18,7 +18,7 @@ export function drawHistory(app, run, canvas, frame, block) {
     const width = canvas.clientWidth;
     if (width < 40) return;
     const ctx = canvasContext(canvas, width, kHeight);
-    const plot = { x: kLeft, y: 4, w: width - kLeft - kRight, h: kHeight - 20 };
+    const plot = { x: kLeft, y: 7, w: width - kLeft - kRight, h: kHeight - 23 };
     const first = frame - kBack;
     const each = plot.w / (kBack + kOn + 1);
     const yOf = (d) => plot.y + plot.h * (1 - level(d));

@@ -11,7 +11,6 @@ import { byId, h } from "../../page/dom.js";
 import { onTheme, setTheme, startTheme, themeName } from "../../page/theme.js";
 import { followAddress, readAddress } from "./address.js";
 import { createApp } from "./app.js";
-import { firstDifference } from "./compare.js";
 import { documentSource, openRun, readColumns, readHead } from "./data.js";
 import { openHelp, openLeftOut } from "./dialogs.js";
 import { listenKeys } from "./keys.js";
@@ -81,6 +80,7 @@ async function start() {
 }
 
 function build(a) {
+    document.body.classList.toggle("compare", a.runs.length > 1);
     const notes = h("div.notes");
     a.note = (text) => notes.append(h("p", null, text));
     addCommands(a);
@@ -253,7 +253,6 @@ async function unpackAll(a) {
         if (a.difference !== null) lookAt(a, k);
     }
     if (a.difference !== null) {
-        a.difference.first = await firstDifference(a.runs, a.head.chunk_frames);
         a.difference.done = true;
         a.store.set({ differenceReady: 1 });
     }

@@ -23,7 +23,8 @@ function show(app, node) {
         fill(node, h("p.quiet", null, "The two runs are being compared."));
         return;
     }
-    if (d.first === null) {
+    const { first } = app.head.comparison;
+    if (first === null) {
         fill(
             node,
             h(
@@ -38,7 +39,7 @@ function show(app, node) {
     }
     fill(
         node,
-        firstSection(app, d.first),
+        firstSection(app, first),
         reported(app, "a", d.boxes.onlyA),
         reported(app, "b", d.boxes.onlyB),
         boxes(d.boxes),
@@ -47,7 +48,16 @@ function show(app, node) {
     markCurrent(app, node);
 }
 
-function firstSection(app, { f, block, stage, sameDistances }) {
+const kStages = {
+    luma: "in the luma",
+    vectors: "in the vectors",
+    distances: "in the distances",
+    decision: "in the decision",
+    box: "in the box",
+    gate: "behind the gate",
+};
+
+function firstSection(app, { frame: f, block, stage }) {
     const a = app.runs[0];
     const place = block < 0 ? "" : `, block ${block % a.grid.w}, ${Math.floor(block / a.grid.w)}`;
     const go = () => {
@@ -69,10 +79,10 @@ function firstSection(app, { f, block, stage, sameDistances }) {
             "p",
             null,
             h("button.link", { type: "button", onclick: go }, `Frame ${a.first + f}`),
-            `${place}: ${stage}.`,
+            `${place}: ${kStages[stage]}.`,
         ),
         sentences,
-        sameDistances && block >= 0
+        stage === "decision"
             ? h(
                   "p.quiet",
                   null,

@@ -214,7 +214,7 @@ function outcomeRow(app, o, inFrame, inClip, largest) {
     const { kind, name, group } = kOutcomes[o];
     const chosen = app.store.state.filter?.has(o) ?? false;
     const bar = h("span.share");
-    bar.style.width = `${group === 2 ? 0 : Math.max(1, Math.round((70 * inClip) / largest))}px`;
+    bar.style.width = `${group === 2 ? 0 : Math.max(1, Math.round((48 * inClip) / largest))}px`;
     const swatch =
         kind === null
             ? mark("nothing", "transparent")

@@ -3,7 +3,7 @@
 import { fill, h } from "../../page/dom.js";
 
 const kSources = ["default", "settings file", "command line"];
-export const kNothing = "changes nothing";
+export const kNothing = "it changes nothing";
 
 export function createSettingsPanel(app) {
     const state = { all: false, text: "", open: null };
@@ -170,7 +170,7 @@ function keyRows(app, key, state, toggle) {
                     null,
                     `${key.range}; default ${valueText(key.default)}. Set by: ${source.join(", ")}.`,
                 ),
-                idle ? h("p.small", null, `Not read in this run: ${infos[0].idle}.`) : null,
+                idle ? h("p.small", null, `Without effect in this run: ${infos[0].idle}.`) : null,
             ),
         ),
     ];

@@ -14,10 +14,10 @@ export class Picture {
         this.done = "";
     }
 
-    // Takes over frame `f` from a video element.
-    grab(element, f) {
+    // Takes over frame `f`.
+    grab(image, f) {
         const { width, height } = this.raw;
-        this.raw.getContext("2d").drawImage(element, 0, 0, width, height, 0, 0, width, height);
+        this.raw.getContext("2d").drawImage(image, 0, 0, width, height, 0, 0, width, height);
         this.frame = f;
         this.done = "";
     }

@@ -108,13 +108,9 @@ function chartTracks(app) {
             name: "Box area",
             rows: (f) => [
                 ...(run.gate
-                    ? [["dash before", "before gate", areaText(c.before_left[f], before[f])]]
+                    ? [["dash before", "before", areaText(c.before_left[f], before[f])]]
                     : []),
-                [
-                    "area reported",
-                    run.gate ? "after gate" : "box",
-                    areaText(c.after_left[f], after[f]),
-                ],
+                ["area reported", run.gate ? "after" : "box", areaText(c.after_left[f], after[f])],
             ],
         },
     ];

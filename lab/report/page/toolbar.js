@@ -74,7 +74,7 @@ function strength(app) {
     };
     app.store.on(["strength"], update);
     update();
-    return h("label.strength", null, "Overlay", input);
+    return h("label.strength", null, h("span", null, "Overlay"), input);
 }
 
 function pictureChoice(app) {

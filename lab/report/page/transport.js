@@ -79,7 +79,7 @@ function number(app) {
         input.select();
     };
     return [
-        h("label", null, "Frame ", input),
+        h("label", null, h("span.framelabel", null, "Frame "), input),
         h("span.quiet", null, `of ${first + app.frames - 1}`),
         time,
     ];

@@ -1,11 +1,24 @@
-// One decoder with exact frame numbers. The picture of a frame counts as shown only when the browser
-// reports it with its media time; the event "seeked" may come before the picture.
+// One decoder with exact frame numbers. The event "seeked" may come before the picture, and the
+// callback for a frame may run when the element already holds the next one. So the number is read
+// from the very picture that is drawn.
 
 const kGuardMs = 700; // a seek whose picture never came is asked for again after this long
-const kSlowestRate = 1 / 16; // slower playing is refused by browsers, so it steps by a timer
+const kSlowestRate = 1 / 16; // slower playing is refused by browsers, so it steps by a timer; so it does
+// where a playing video does not say which frame is drawn
+
+// The picture that a video element holds now, with its own time in seconds: { image, time, close() }.
+// Without VideoFrame the time is that of the callback, which is exact while the video stands.
+function capture(element, callbackTime) {
+    if (typeof VideoFrame !== "function") {
+        return { image: element, time: callbackTime, close() {} };
+    }
+    const image = new VideoFrame(element);
+    return { image, time: image.timestamp / 1e6, close: () => image.close() };
+}
 
 export class FrameVideo {
-    // `onPicture(frame)` runs inside the browser's frame callback, when `element` holds that frame.
+    // `onPicture(frame, image)` runs in the browser's frame callback; `image` can be drawn until it
+    // returns.
     constructor(url, fps, frames, onPicture) {
         this.fps = fps;
         this.frames = frames;
@@ -32,23 +45,29 @@ export class FrameVideo {
     listen() {
         this.element.requestVideoFrameCallback((_now, meta) => {
             this.listen();
-            this.arrived(Math.floor(meta.mediaTime * this.fps + 0.25));
+            const picture = capture(this.element, meta.mediaTime);
+            this.arrived(this.frameAt(picture.time), picture.image);
+            picture.close();
         });
     }
 
-    arrived(frame) {
+    frameAt(time) {
+        return Math.floor(time * this.fps + 0.25);
+    }
+
+    arrived(frame, image) {
         this.shown = frame;
         if (this.playing) {
             const outside = frame < this.loop[0] || frame >= this.loop[1];
             if (outside && this.timer === undefined) this.wrap(frame);
-            this.onPicture(frame);
+            this.onPicture(frame, image);
             return;
         }
         // On loading the browser shows the first frame, whatever was asked for.
         if (!this.waiting || frame !== this.aim) return;
         this.waiting = false;
         clearTimeout(this.guard);
-        this.onPicture(frame);
+        this.onPicture(frame, image);
         if (this.target !== frame) this.start();
     }
 
@@ -56,11 +75,17 @@ export class FrameVideo {
     seek(frame) {
         this.target = frame;
         if (this.waiting) return;
-        if (frame === this.shown) {
-            this.onPicture(frame);
-            return;
-        }
-        this.start();
+        if (frame !== this.shown || !this.showAgain(frame)) this.start();
+    }
+
+    // A seek to the frame that is there already brings no new picture, so it is shown as it is. False
+    // if the element has moved on since, as it may after playing.
+    showAgain(frame) {
+        const picture = capture(this.element, (frame + 0.5) / this.fps);
+        const same = this.frameAt(picture.time) === frame;
+        if (same) this.onPicture(frame, picture.image);
+        picture.close();
+        return same;
     }
 
     start() {
@@ -85,7 +110,7 @@ export class FrameVideo {
         this.playing = true;
         this.waiting = false;
         clearTimeout(this.guard);
-        if (rate < kSlowestRate) {
+        if (rate < kSlowestRate || typeof VideoFrame !== "function") {
             this.timer = setInterval(() => this.tick(), 1000 / (this.fps * rate));
             return;
         }
@@ -122,8 +147,6 @@ export class FrameVideo {
         clearTimeout(this.again);
         this.timer = undefined;
         this.element.pause();
-        this.target = this.shown;
-        return this.shown;
     }
 }
 
@@ -135,7 +158,7 @@ const kKeep = 400;
 export class StillSource {
     // `width` x `height`: the part of the video, from its top left corner, that is the frame.
     constructor(url, fps, frames, width, height) {
-        this.make = () => new FrameVideo(url, fps, frames, (f) => this.arrived(f));
+        this.make = () => new FrameVideo(url, fps, frames, (f, image) => this.arrived(f, image));
         this.size = [width, height];
         this.video = null;
         this.queue = [];
@@ -184,7 +207,7 @@ export class StillSource {
         this.video.seek(this.current.f);
     }
 
-    arrived(f) {
+    arrived(f, image) {
         const job = this.current;
         if (job === null || f !== job.f) return;
         this.current = null;
@@ -194,7 +217,7 @@ export class StillSource {
         canvas.width = width;
         canvas.height = Math.max(1, Math.round((width * hgt) / w));
         const ctx = canvas.getContext("2d");
-        ctx.drawImage(this.video.element, 0, 0, w, hgt, 0, 0, canvas.width, canvas.height);
+        ctx.drawImage(image, 0, 0, w, hgt, 0, 0, canvas.width, canvas.height);
         this.cache.set(job.key, canvas);
         if (this.cache.size > kKeep) this.cache.delete(this.cache.keys().next().value);
         job.resolve(canvas);

@@ -49,7 +49,10 @@ export async function openPage(
 ) {
     const page = await browser.context.newPage();
     const faults = [];
-    page.on("console", (m) => faults.push(`console: ${m.text()}`));
+    page.on("console", (m) => {
+        // The browser's advice about the tests' own reading of pixels.
+        if (!m.text().includes("willReadFrequently")) faults.push(`console: ${m.text()}`);
+    });
     page.on("pageerror", (e) => faults.push(`error: ${e.message}`));
     page.on("request", (r) => {
         const own = r.url().split("#")[0] === `file://${file}` || r.url().startsWith("blob:");

@@ -8,6 +8,7 @@ import * as encode from "./encode.js";
 import { decideAll, kDefaults, noise, walkerDistances } from "./scene.js";
 
 const kChunk = 60;
+export const kActive = [2, 6, 7, 8, 9, 10, 12, 15, 17]; // outcomes of the mask
 
 // Ten fields of the top row of a test video say its frame number in black and white.
 export const kFields = 10;
@@ -47,7 +48,7 @@ export function makeVideo(w, h, frames, shift = 0) {
 function boxOf(frame, grid) {
     let box = null;
     frame.outcome.forEach((outcome, i) => {
-        if (![2, 6, 7, 8, 9, 10, 12, 15, 17].includes(outcome)) return;
+        if (!kActive.includes(outcome)) return;
         const x = (i % grid.w) * grid.stride;
         const y = Math.floor(i / grid.w) * grid.stride;
         box ??= [x, x + 15, y, y + 15];
@@ -121,7 +122,7 @@ function histogram(frames) {
         frame.outcome.forEach((o, i) => {
             const d = o <= 1 ? 0 : frame.distance[i];
             ++all[d];
-            if ([2, 6, 7, 8, 9, 10, 12, 15, 17].includes(o)) ++active[d];
+            if (kActive.includes(o)) ++active[d];
         });
     }
     return { all, active };
@@ -142,7 +143,7 @@ export function makeRun({ grid, s, frames, label = "", hasBlocks = "all" }) {
         value: 0.0005,
         source: 0,
         changed: false,
-        idle: "changes nothing",
+        idle: "it changes nothing",
     };
     const sum = (list) => list.reduce((t, v) => t + v, 0);
     const motion = sum(columns.motion);
@@ -203,11 +204,9 @@ function runBlocks(blocks, r, run, features) {
         vector_frames: [0, last],
     });
     const count = run.record.grid.w * run.record.grid.h;
-    const random = noise(r + 3);
+    const random = noise(3);
     const base = Array.from({ length: count }, () => Math.floor(random() * 200));
-    const means = run.frames.map((frame, f) =>
-        base.map((m, i) => m + ((frame.distance[i] + f) % 7)),
-    );
+    const means = run.frames.map((frame, f) => base.map((m, i) => m + ((i + f) % 7)));
     const vectors = run.frames.map(
         () => new Map(base.map((m, i) => [i, Array.from({ length: 10 }, (_, p) => (m + p) & 63)])),
     );
@@ -287,8 +286,25 @@ export function headOf(runs, { grid, first = 0, fps = 10, leftOut = [], name = "
         runs: runs.map((r) => r.record),
         left_out: leftOut,
         detail: null,
+        comparison: comparisonOf(runs),
         opening: run.events?.[0]?.[2] ?? run.record.most_active[0],
     };
+}
+
+// The first frame in which the masks of two runs differ, as the head of a comparison has it.
+function comparisonOf([a, b]) {
+    if (b === undefined) return undefined;
+    const mask = (frame) => frame.outcome.map((o) => (kActive.includes(o) ? 1 : 0));
+    const differ = (f) => {
+        const [p, q] = [mask(a.frames[f]), mask(b.frames[f])];
+        return p.findIndex((v, i) => v !== q[i]);
+    };
+    const frames = a.frames.map((_, f) => f).filter((f) => differ(f) >= 0);
+    const first =
+        frames.length === 0
+            ? null
+            : { frame: frames[0], block: differ(frames[0]), stage: "decision" };
+    return { frames: frames.length, keys: ["MD_HogDist_Th"], first };
 }
 
 // Text of a report. `runs` of makeRun; options: video (base64), features, first, fps, ...
