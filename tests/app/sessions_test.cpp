@@ -86,9 +86,23 @@ void Fill(const TempFolder& tFolder) {
     fs::create_directory_symlink(MD_SOURCE_DIR, tFolder / "source");
 }
 
+// A byte that comes more than 40 times in a row is shown once, with how often: "0{512}".
+std::string Shown(const std::string& sLine) {
+    std::string s;
+    for (size_t i = 0, nEnd; i < sLine.size(); i = nEnd) {
+        nEnd = std::min(sLine.find_first_not_of(sLine[i], i), sLine.size());
+        const size_t nRun = nEnd - i;
+        s.append(sLine, i, nRun > 40 ? 1 : nRun);
+        if (nRun > 40) s.append("{").append(std::to_string(nRun)).append("}");
+    }
+    return s;
+}
+
 void Add(std::ostream& tOut, const std::string& sText, const char* szMark) {
     std::string sLine;
-    for (std::istringstream t(sText); std::getline(t, sLine);) tOut << szMark << sLine << "\n";
+    for (std::istringstream t(sText); std::getline(t, sLine);) {
+        tOut << szMark << Shown(sLine) << "\n";
+    }
     if (!sText.empty() && !sText.ends_with('\n')) tOut << szMark << "(no end of line)\n";
 }
 

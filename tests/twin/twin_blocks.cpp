@@ -43,21 +43,17 @@ int Magnitude(const TwinState& t, int x0, int y0, int x, int y) {
     return t.p.nMD_HogMagnitudeWeightEn != 0 ? nMag * Weight(x, y) / 64 : nMag;
 }
 
-// 65536 / sqrt(n), one result bit per step; n below 2^20.
+// 65536 / sqrt(n), cut to whole numbers; n from 1 to below 2^20. In the chip n is first scaled by
+// fours to 16 significant bits, and a root of 2^16 itself does not fit: it comes out one less.
 uint32_t InverseRoot(uint32_t n) {
-    int e = 9;
-    while (e > 0 && ((n >> (2 * e)) & 3) == 0) --e;
-    const uint32_t m = e >= 7 ? n >> (2 * (e - 7)) : n << (2 * (7 - e));
-    uint32_t w = 0x1000000 - (m << 8), p = m << 8, x = m << 8, q = 1;
-    for (int i = 0; i < 15; ++i) {
-        x = (x >> 1) & 0x3FFFFFF;
-        const uint32_t nTrial = (2 * w - ((x + 2 * p) & 0x3FFFFFF)) & 0x7FFFFFF;
-        const bool bFits = (nTrial >> 26) == 0;
-        w = bFits ? nTrial : (2 * w) & 0x3FFFFFF;
-        p = bFits ? (p + x) & 0x3FFFFFF : p;
-        q = 2 * q + bFits;
-    }
-    return w == 0 ? 0 : q >> e;
+    int e = 7;
+    uint64_t m = n;
+    for (; m < 16384; m *= 4) --e;
+    for (; m >= 65536; m /= 4) ++e;
+    auto nRoot = static_cast<uint64_t>(std::sqrt(std::ldexp(1.0, 46) / double(m)));
+    while (nRoot * nRoot * m > uint64_t{1} << 46) --nRoot;
+    nRoot = std::min<uint64_t>(nRoot, 65535);
+    return static_cast<uint32_t>(nRoot >> e);
 }
 
 void Normalise(const TwinState& t, TwinFeature& f) {
