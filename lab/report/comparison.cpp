@@ -5,6 +5,7 @@
 
 #include "lab/report/spool.h"
 #include "lab/tool/error.h"
+#include "md/block_feature.h"
 
 namespace lab {
 
@@ -46,17 +47,40 @@ int FirstUnequalMask(const std::vector<uint8_t>& a, const std::vector<uint8_t>& 
     return -1;
 }
 
-// The block of the first byte that differs between the vectors that both kept; -1 without one.
-int FirstUnequalVector(const std::string& a, const std::string& b, int blocks) {
-    const auto bitmap = static_cast<size_t>((blocks + 7) / 8);
-    if (a.compare(0, bitmap, b, 0, bitmap) != 0 || a == b) return -1;
-    std::vector<int> kept;
-    for (int i = 0; i < blocks; ++i) {
-        if ((a[static_cast<size_t>(i) >> 3] >> (i & 7) & 1) != 0) kept.push_back(i);
+// The vectors of a frame as they were kept: which block each has, and their planes.
+struct KeptVectors {
+    KeptVectors(const std::string& text, int block_count)
+        : record(text), start(static_cast<size_t>((block_count + 7) / 8)) {
+        for (int i = 0; i < block_count; ++i) {
+            if ((record[static_cast<size_t>(i) >> 3] >> (i & 7) & 1) != 0) blocks.push_back(i);
+        }
     }
-    const auto pair = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-    const auto byte = static_cast<size_t>(pair.first - a.begin()) - bitmap;
-    return kept[byte % kept.size()];
+    [[nodiscard]] char Value(size_t plane, size_t i) const {
+        return record[start + plane * blocks.size() + i];
+    }
+
+    const std::string& record;
+    size_t start;  // of the planes
+    std::vector<int> blocks;
+};
+
+// The first block that both kept, but not with the same vector; -1 without one.
+int FirstUnequalVector(const std::string& a, const std::string& b, int blocks) {
+    if (a == b) return -1;
+    const KeptVectors in_a(a, blocks);
+    const KeptVectors in_b(b, blocks);
+    for (size_t i = 0, k = 0; i < in_a.blocks.size() && k < in_b.blocks.size();) {
+        if (in_a.blocks[i] != in_b.blocks[k]) {
+            ++(in_a.blocks[i] < in_b.blocks[k] ? i : k);
+            continue;
+        }
+        for (size_t plane = 0; plane < kVectorSize; ++plane) {
+            if (in_a.Value(plane, i) != in_b.Value(plane, k)) return in_a.blocks[i];
+        }
+        ++i;
+        ++k;
+    }
+    return -1;
 }
 
 // The recordings side by side.

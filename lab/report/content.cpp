@@ -16,7 +16,7 @@ namespace {
 
 using nlohmann::json;
 
-json RangeJson(const std::optional<FrameRange>& range) {
+json RangeJson(const std::optional<IndexRange>& range) {
     return range ? json{range->first, range->last} : json(nullptr);
 }
 
@@ -51,7 +51,7 @@ const char* LabelOf(size_t run, size_t runs) {
 
 }  // namespace
 
-Content::Content(std::vector<RecordedRun> runs, ClipTexts clip, std::optional<FrameRange> detail,
+Content::Content(std::vector<RecordedRun> runs, ClipTexts clip, std::optional<IndexRange> detail,
                  int64_t budget, bool quiet, const InterruptGuard& interrupt)
     : runs_(std::move(runs)),
       clip_(std::move(clip)),
@@ -143,13 +143,13 @@ std::vector<DataBlock> Content::Blocks(const Shape& shape) {
 }
 
 // Frames of the chunks that are there: all, those of the detail range, or none.
-std::optional<FrameRange> Content::CoveredFrames(bool all) const {
+std::optional<IndexRange> Content::CoveredFrames(bool all) const {
     const int last = runs_[0].Frames() - 1;
-    if (all) return FrameRange{0, last};
+    if (all) return IndexRange{0, last};
     if (!detail_) return std::nullopt;
     const int from = detail_->first / kChunkFrames * kChunkFrames;
     const int to = (detail_->last / kChunkFrames + 1) * kChunkFrames - 1;
-    return FrameRange{from, std::min(to, last)};
+    return IndexRange{from, std::min(to, last)};
 }
 
 json Content::RunHead(size_t run, const Shape& shape) const {

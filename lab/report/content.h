@@ -20,7 +20,7 @@ namespace lab {
 class Content {
   public:
     // One run, or two that Compare has accepted. `detail` is in frame indexes.
-    Content(std::vector<RecordedRun> runs, ClipTexts clip, std::optional<FrameRange> detail,
+    Content(std::vector<RecordedRun> runs, ClipTexts clip, std::optional<IndexRange> detail,
             int64_t budget, bool quiet, const InterruptGuard& interrupt);
 
     // In the order of the page.
@@ -36,7 +36,7 @@ class Content {
     struct Video {
         std::string spool;
         int64_t size;
-        VideoSize dimensions;
+        PictureSize dimensions;
         std::string codec;
     };
 
@@ -45,7 +45,7 @@ class Content {
     void AddChunks(const Chunks& chunks, char letter, size_t run, bool only_detail,
                    std::vector<DataBlock>* blocks) const;
     void AddRun(size_t run, const Shape& shape, std::vector<DataBlock>* blocks);
-    [[nodiscard]] std::optional<FrameRange> CoveredFrames(bool all) const;
+    [[nodiscard]] std::optional<IndexRange> CoveredFrames(bool all) const;
     [[nodiscard]] nlohmann::json RunHead(size_t run, const Shape& shape) const;
     [[nodiscard]] nlohmann::json ClipHead() const;
     nlohmann::json VideoHead(const Shape& shape);
@@ -54,7 +54,7 @@ class Content {
 
     std::vector<RecordedRun> runs_;
     ClipTexts clip_;
-    std::optional<FrameRange> detail_;
+    std::optional<IndexRange> detail_;
     int64_t budget_;
     bool quiet_;
     const InterruptGuard& interrupt_;

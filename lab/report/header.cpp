@@ -120,7 +120,7 @@ std::string BoxCells(const HeaderInput& in, const RecordedRun& run) {
     html += Cell("First box", "frame " + Bold(FrameNumber(run, first)), TimeOf(in, first),
                  DataFrame(first));
     if (!sum.longest_gap) return html + Cell("Longest gap", Bold("none"), "a box in every frame");
-    const FrameRange gap = *sum.longest_gap;
+    const IndexRange gap = *sum.longest_gap;
     const std::string range = gap.Length() == 1
                                   ? FrameNumber(run, gap.first)
                                   : FrameNumber(run, gap.first) + "–" + FrameNumber(run, gap.last);

@@ -56,9 +56,13 @@ void SendStandardOutputTo(const std::string& path) {
     close(file);
 }
 
+std::string OverridesPath(const std::string& folder) {
+    return folder + "/override.cfg";
+}
+
 // What the report needs to leave nothing but its page. Read last, so it wins over the user's.
 std::string WriteOverrides(const std::string& folder) {
-    const std::string path = folder + "/override.cfg";
+    std::string path = OverridesPath(folder);
     std::ofstream file(path);
     file << "OutputFilePath = \"" << folder << "/out\"\nMD_DbgEn = 0\nEnableBatch = 1\n";
     return path;
@@ -120,6 +124,14 @@ std::string ReadFile(const std::string& path) {
     return text.str();
 }
 
+// The log as MD prints it for the user's own arguments.
+std::string WithoutOverrides(std::string log, const RunRequest& request) {
+    const size_t at = log.find("Parsing Configfile...... " + OverridesPath(request.folder));
+    if (at == std::string::npos) return log;
+    const size_t end = log.find('\n', at);
+    return log.erase(at, end == std::string::npos ? end : end + 1 - at);
+}
+
 // Ends an unfinished run for the caller.
 [[noreturn]] void Refuse(const RunRequest& request, int status, off_t log_before) {
     if (WIFSIGNALED(status)) {
@@ -127,9 +139,9 @@ std::string ReadFile(const std::string& path) {
     }
     const std::string failure = ReadFile(request.folder + "/failure");
     if (WEXITSTATUS(status) == kRecordingFailed && !failure.empty()) throw Error(failure);
-    const std::string log = ReadFile(request.log);
-    const auto before = static_cast<size_t>(log_before);
-    std::fwrite(log.data() + before, 1, log.size() - before, stdout);
+    const std::string log =
+        WithoutOverrides(ReadFile(request.log).substr(static_cast<size_t>(log_before)), request);
+    std::fwrite(log.data(), 1, log.size(), stdout);
     throw Refusal{WEXITSTATUS(status)};
 }
 

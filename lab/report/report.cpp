@@ -54,10 +54,10 @@ bool EndedEarly(const RecordedRun& run) {
     return !error && static_cast<int64_t>(size) > start + frame * run.Frames();
 }
 
-std::optional<FrameRange> DetailOf(const ReportRequest& request, const RecordedRun& run) {
+std::optional<IndexRange> DetailOf(const ReportRequest& request, const RecordedRun& run) {
     if (!request.detail) return std::nullopt;
     const int first = run.facts["clip"]["first"];
-    const FrameRange asked{request.detail->first - first, request.detail->last - first};
+    const IndexRange asked{request.detail->first - first, request.detail->last - first};
     if (asked.first < 0 || asked.last >= run.Frames() || asked.Length() < 1) {
         throw Error("--detail: the run has frames " + std::to_string(first) + " to " +
                     std::to_string(first + run.Frames() - 1));

@@ -15,7 +15,7 @@ struct ReportRequest {
     std::vector<std::string> arguments;  // MD's, without the program name
     std::vector<std::string> against;    // what the second run has on top; empty: one run
     std::optional<std::string> title;    // instead of the clip's name
-    std::optional<FrameRange> detail;    // numbers of the log
+    std::optional<IndexRange> detail;    // numbers of the log
     std::string log;                     // file for MD's printed log; empty: none
     int64_t budget = int64_t{16} << 20;  // bytes; 0: no limit
     bool quiet = false;

@@ -26,8 +26,8 @@ struct Options {
     double budget = 16;
 };
 
-FrameRange ParseRange(const std::string& text) {
-    FrameRange range{0, -1};
+IndexRange ParseRange(const std::string& text) {
+    IndexRange range{0, -1};
     char rest = 0;
     if (std::sscanf(text.c_str(), "%d-%d%c", &range.first, &range.last, &rest) != 2 ||
         range.Length() < 1) {

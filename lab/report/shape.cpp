@@ -55,7 +55,7 @@ std::vector<LeftOut> LeftOutOf(const Shape& shape) {
 }
 
 std::vector<bool> KeptFrames(BlockValues blocks, const std::vector<FrameRow>& rows,
-                             const std::optional<FrameRange>& detail) {
+                             const std::optional<IndexRange>& detail) {
     std::vector<bool> kept(rows.size(), blocks == BlockValues::kAll);
     const auto Keep = [&](int64_t first, int64_t last) {
         const auto count = static_cast<int64_t>(rows.size());

@@ -33,6 +33,6 @@ std::vector<LeftOut> LeftOutOf(const Shape& shape);
 // Which frames keep their block values: all, those within five frames of motion, or none; and
 // always those of `detail`.
 std::vector<bool> KeptFrames(BlockValues blocks, const std::vector<FrameRow>& rows,
-                             const std::optional<FrameRange>& detail);
+                             const std::optional<IndexRange>& detail);
 
 }  // namespace lab

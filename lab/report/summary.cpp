@@ -7,7 +7,7 @@ namespace lab {
 namespace {
 
 // Adds frame i to the events, or to the gap that ends there.
-void AddFrame(const std::vector<FrameRow>& rows, int i, FrameRange* gap, Summary* sum) {
+void AddFrame(const std::vector<FrameRow>& rows, int i, IndexRange* gap, Summary* sum) {
     const FrameRow& row = rows[static_cast<size_t>(i)];
     if (!Reported(row)) {
         const bool goes_on = gap->last == i - 1 && gap->Length() > 0;
@@ -46,7 +46,7 @@ int Summary::Opening() const {
 Summary Summarise(const std::vector<FrameRow>& rows) {
     Summary sum;
     sum.frames = static_cast<int>(rows.size());
-    FrameRange gap{0, -1};
+    IndexRange gap{0, -1};
     int largest = 0;
     for (int i = 0; i < sum.frames; ++i) {
         const FrameRow& row = rows[static_cast<size_t>(i)];

@@ -12,14 +12,14 @@
 namespace lab {
 
 // Frame indexes, both included.
-struct FrameRange {
+struct IndexRange {
     int first, last;
     [[nodiscard]] int Length() const { return last - first + 1; }
 };
 
 // A run of frames with a reported box; the peak is its frame with most active blocks.
 struct Event {
-    FrameRange range;
+    IndexRange range;
     int peak;
 };
 
@@ -29,7 +29,7 @@ struct Summary {
     int reported = 0;  // frames with a box after the gate
     int held = 0;      // frames with motion, but no box
     std::vector<Event> events;
-    std::optional<FrameRange> longest_gap;  // of frames without a box
+    std::optional<IndexRange> longest_gap;  // of frames without a box
     int most_active_frame = 0;              // index
     int most_active = 0;                    // blocks
     int largest_frame = 0;                  // index of the largest distance

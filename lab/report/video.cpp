@@ -31,7 +31,7 @@ bool LumaOnly(const VideoSource& source) {
 
 std::vector<std::string> CoderArguments(const VideoSource& source, const VideoSettings& settings,
                                         const std::string& out) {
-    const VideoSize size = SizeOfVideo(source, settings);
+    const PictureSize size = SizeOfVideo(source, settings);
     const auto Pair = [](int a, int b, char mark) {
         return std::to_string(a) + mark + std::to_string(b);
     };
@@ -133,10 +133,10 @@ class Coder {
 
 }  // namespace
 
-VideoSize SizeOfVideo(const VideoSource& source, const VideoSettings& settings) {
+PictureSize SizeOfVideo(const VideoSource& source, const VideoSettings& settings) {
     const int even_width = Even(source.width);
     const int even_height = Even(source.height);
-    VideoSize size{even_width, even_height, source.width, source.height};
+    PictureSize size{even_width, even_height, source.width, source.height};
     if (even_width > settings.max_width) {
         size.width = Even(settings.max_width);
         size.height = std::max(Even(int64_t{even_height} * size.width / even_width), 2);

@@ -24,10 +24,10 @@ struct VideoSettings {
 
 // Width and height of the video, and the part of it, from its top left corner, that shows the
 // frame: the coder takes even sizes only, so an odd frame is padded.
-struct VideoSize {
+struct PictureSize {
     int width, height, shown_width, shown_height;
 };
-VideoSize SizeOfVideo(const VideoSource& source, const VideoSettings& settings);
+PictureSize SizeOfVideo(const VideoSource& source, const VideoSettings& settings);
 
 // Encodes all frames to `out`, an mp4, at 25 frames a second whatever the clip has, with a key
 // frame every 25. Throws Error if the source ends early or the coder fails.

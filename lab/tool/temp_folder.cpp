@@ -11,11 +11,12 @@
 namespace lab {
 
 TempFolder::TempFolder() {
-    const char* base = std::getenv("TMPDIR");
+    const char* wish = std::getenv("TMPDIR");
+    // A settings file of MD can hold neither a quote nor the mark of a comment.
+    const bool usable = wish != nullptr && *wish != '\0' && std::strpbrk(wish, "\"#\n") == nullptr;
     std::error_code error;
     // Absolute: MD takes a relative path from the folder of its settings.
-    const auto folder =
-        std::filesystem::absolute(base == nullptr || *base == '\0' ? "/tmp" : base, error);
+    const auto folder = std::filesystem::absolute(usable ? wish : "/tmp", error);
     path_ = folder / "mdlab.XXXXXX";
     if (error || mkdtemp(path_.data()) == nullptr) {
         throw Error(path_ + ": temporary folder cannot be made: " + std::strerror(errno));

@@ -8,7 +8,8 @@ namespace lab {
 
 class TempFolder {
   public:
-    // A new folder below the one that TMPDIR names, else /tmp. Throws Error if none can be made.
+    // A new folder below the one that TMPDIR names, else, or where MD could not take a path in that
+    // one, below /tmp. Throws Error if none can be made.
     TempFolder();
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;

@@ -132,31 +132,51 @@ TEST(BoxProject, TakesTheFilledBinsAroundThePeak) {
     }
 }
 
+TEST(BoxProject, SaysWhyThereIsNoBox) {
+    // Four blocks stand in column 0, five lie in row 16, none where the two meet.
+    const std::vector<ActiveBlk> aApart = {{0, 0, 9},   {0, 4, 9},   {0, 8, 9},
+                                           {0, 12, 9},  {6, 16, 9},  {9, 16, 9},
+                                           {12, 16, 9}, {15, 16, 9}, {18, 16, 9}};
+    const BlkCorParams tParams{nullptr, nullptr, nullptr, nullptr, 19, 17, 160, 144, 8};
+    MdResult res{};
+    BoxProject(&tParams, aApart.data(), 9, &res);
+    EXPECT_EQ(res.nObjNum, 0);
+    EXPECT_EQ(res.tBoxReason.nCode, kProjectionNoMeeting);
+    EXPECT_EQ(res.tBoxReason.aValue[0], 9);
+    BoxProject(&tParams, aApart.data(), 0, &res);
+    EXPECT_EQ(res.tBoxReason.nCode, kProjectionNoBlock);
+}
+
 TEST(BoxTemporalGrow, HoldsUpToItsBounds) {
     const struct {
         const char* szWhat;
         int32_t nRun, nOld;  // frames with a box before this one, the area of the last
         Box tBox;
-        bool bConfirmed;
+        int32_t nReason;
         Box tWant;
     } aRows[] = {
         // The grid has 19 x 13 blocks. Boxes at 0 do not grow.
-        {"fourth frame", 3, 100, {0, 10, 0, 10}, true, {0, 10, 0, 10}},
-        {"third frame", 2, 100, {0, 10, 0, 10}, false, {0, 10, 0, 10}},
-        {"area of 6", 3, 6, {0, 2, 0, 3}, true, {0, 2, 0, 3}},
-        {"area of 5", 3, 5, {0, 1, 0, 5}, false, {0, 1, 0, 5}},
-        {"larger by three tenths", 3, 100, {0, 10, 0, 13}, true, {0, 10, 0, 13}},
-        {"larger by more", 3, 100, {0, 1, 0, 131}, false, {0, 1, 0, 131}},
-        {"smaller", 3, 9999, {0, 10, 0, 13}, true, {0, 10, 0, 13}},
-        {"room on all sides", 3, 9999, {16, 40, 24, 64}, true, {8, 48, 16, 72}},
-        {"least left and top", 3, 9999, {8, 40, 8, 64}, true, {0, 48, 0, 72}},
-        {"no room left", 3, 9999, {7, 40, 8, 64}, true, {7, 40, 8, 64}},
-        {"no room above", 3, 9999, {8, 40, 7, 64}, true, {8, 40, 7, 64}},
-        {"most right", 3, 9999, {80, 143, 8, 64}, true, {72, 151, 0, 72}},
-        {"no room right", 3, 9999, {80, 144, 8, 64}, true, {80, 144, 8, 64}},
-        {"bottom, one short of the end", 3, 9999, {80, 120, 8, 102}, true, {72, 128, 0, 110}},
-        {"bottom at the end", 3, 9999, {80, 120, 8, 103}, true, {72, 128, 0, 111}},
-        {"bottom cut", 3, 9999, {80, 120, 8, 104}, true, {72, 128, 0, 111}},
+        {"fourth frame", 3, 100, {0, 10, 0, 10}, kProjectionMotion, {0, 10, 0, 10}},
+        {"third frame", 2, 100, {0, 10, 0, 10}, kProjectionTooNew, {0, 10, 0, 10}},
+        {"area of 6", 3, 6, {0, 2, 0, 3}, kProjectionMotion, {0, 2, 0, 3}},
+        {"area of 5", 3, 5, {0, 1, 0, 5}, kProjectionTooSmall, {0, 1, 0, 5}},
+        {"larger by three tenths", 3, 100, {0, 10, 0, 13}, kProjectionMotion, {0, 10, 0, 13}},
+        {"larger by more", 3, 100, {0, 1, 0, 131}, kProjectionGrew, {0, 1, 0, 131}},
+        {"smaller", 3, 9999, {0, 10, 0, 13}, kProjectionMotion, {0, 10, 0, 13}},
+        {"room on all sides", 3, 9999, {16, 40, 24, 64}, kProjectionMotion, {8, 48, 16, 72}},
+        {"least left and top", 3, 9999, {8, 40, 8, 64}, kProjectionMotion, {0, 48, 0, 72}},
+        {"no room left", 3, 9999, {7, 40, 8, 64}, kProjectionMotion, {7, 40, 8, 64}},
+        {"no room above", 3, 9999, {8, 40, 7, 64}, kProjectionMotion, {8, 40, 7, 64}},
+        {"most right", 3, 9999, {80, 143, 8, 64}, kProjectionMotion, {72, 151, 0, 72}},
+        {"no room right", 3, 9999, {80, 144, 8, 64}, kProjectionMotion, {80, 144, 8, 64}},
+        {"bottom, one short of the end",
+         3,
+         9999,
+         {80, 120, 8, 102},
+         kProjectionMotion,
+         {72, 128, 0, 110}},
+        {"bottom at the end", 3, 9999, {80, 120, 8, 103}, kProjectionMotion, {72, 128, 0, 111}},
+        {"bottom cut", 3, 9999, {80, 120, 8, 104}, kProjectionMotion, {72, 128, 0, 111}},
     };
     for (const auto& t : aRows) {
         for (const int32_t nFrame : {4, 5, 6}) {
@@ -167,7 +187,9 @@ TEST(BoxTemporalGrow, HoldsUpToItsBounds) {
             MdResult res{};
             res.tObjects[0] = ObjectAt(t.tBox);
             res.nObjNum = 1;
-            EXPECT_EQ(BoxTemporalGrow(19, 13, nFrame, &res), t.bConfirmed ? 1 : 0) << t.szWhat;
+            EXPECT_EQ(BoxTemporalGrow(19, 13, nFrame, &res), t.nReason == kProjectionMotion ? 1 : 0)
+                << t.szWhat;
+            EXPECT_EQ(res.tBoxReason.nCode, t.nReason) << t.szWhat;
             EXPECT_EQ(BoxOf(res), t.tWant) << t.szWhat;
             const int32_t nArea = (t.tBox.right - t.tBox.left) * (t.tBox.bottom - t.tBox.top);
             EXPECT_EQ(st.nAreaSum, nArea) << t.szWhat;
