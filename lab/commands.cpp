@@ -8,6 +8,8 @@
 #include "lab/report/report_command.h"
 #include "lab/score/score_command.h"
 #include "lab/show/show.h"
+#include "lab/sweep/job.h"
+#include "lab/sweep/sweep_command.h"
 #include "lab/tool/command.h"
 
 namespace lab {
@@ -15,7 +17,8 @@ namespace lab {
 namespace {
 
 // A row for each subcommand, in the order of the help.
-const std::vector<AddCommand*> kCommands = {AddCompare, AddShow, AddExport, AddReport, AddScore};
+const std::vector<AddCommand*> kCommands = {AddCompare, AddShow,  AddExport,  AddReport,
+                                            AddScore,   AddSweep, AddSweepJob};
 
 }  // namespace
 

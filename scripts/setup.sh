@@ -3,7 +3,8 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libgtest-dev ffmpeg jq
-          libcli11-dev nlohmann-json3-dev zlib1g-dev chromium "$@")
+          libcli11-dev nlohmann-json3-dev zlib1g-dev libyaml-cpp-dev libsqlite3-dev
+          libxxhash-dev snakemake chromium "$@")
 # node and npm may have come from elsewhere, where npm is no package of its own.
 command -v node >/dev/null || packages+=(nodejs)
 command -v npm >/dev/null || packages+=(npm)

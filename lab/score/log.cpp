@@ -87,6 +87,9 @@ void LogReader::Line(std::string_view line) {
         ++finish_lines_;
     } else if (line.starts_with("INFO: exec: ") && line.find("-vf scale=") != line.npos) {
         scaling = ScalingOf(line);
+    } else if (line.starts_with("INFO: set output H to ")) {
+        std::array<int32_t, 1> number{};
+        if (Numbers(line, &number)) height = number[0];
     } else if (IsComplaint(line)) {
         complaint = line;
     }

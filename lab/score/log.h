@@ -39,6 +39,8 @@ class LogReader {
     // The frames whose result lines are complete, in the order of the log.
     std::vector<FrameReport> frames;
     std::optional<Scaling> scaling;
+    // The working height, where it follows from the shape of the input and was set otherwise.
+    std::optional<int32_t> height;
     // Both "finish." lines came: the run went to its end.
     [[nodiscard]] bool Complete() const { return finish_lines_ == 2; }
     // The last line that begins as MD's refusals do; empty if there is none.

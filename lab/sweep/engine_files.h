@@ -1,0 +1,11 @@
+// The engine's files, carried in the program. They stand in lab/sweep/engine as they are written
+// out; the build makes their texts.
+#pragma once
+
+namespace lab {
+
+extern const char* const kSnakefile;
+extern const char* const kSlurmConfig;
+extern const char* const kSlurmStatus;
+
+}  // namespace lab

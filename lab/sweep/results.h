@@ -1,0 +1,31 @@
+// What a sweep leaves: results.csv, results.sqlite and results.json. docs/sweep.md describes their
+// columns, tables and members. All three hold the same; none holds a time, so that two sweeps of
+// the same plan are equal.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lab/sweep/sweep.h"
+
+namespace lab {
+
+// A row a point and clip, with its columns as texts; empty where there is nothing.
+struct ResultTable {
+    std::vector<std::string> columns;
+    std::vector<bool> numeric;  // the column holds numbers
+    std::vector<std::vector<std::string>> rows;
+};
+ResultTable TableOf(const SweepResults& sweep);
+
+// A strip with runs of a letter counted: "12.3m80h".
+std::string PackStrip(const std::string& strip);
+
+// Writes the three files into the folder. Throws Error.
+void WriteResults(const SweepResults& sweep, const std::string& folder);
+
+void WriteCsv(const SweepResults& sweep, const std::string& path);
+void WriteSqlite(const SweepResults& sweep, const std::string& path);
+void WriteJson(const SweepResults& sweep, const std::string& path);
+
+}  // namespace lab

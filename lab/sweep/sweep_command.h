@@ -1,0 +1,12 @@
+// mdlab sweep: many settings over many clips, scored.
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace lab {
+
+void AddSweep(CLI::App* app, int* status);
+
+}  // namespace lab
