@@ -5,16 +5,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "lab/dumps/run.h"
+#include "lab/export/difference_map.h"
 #include "lab/export/frame_items.h"
 #include "lab/export/frame_source.h"
 #include "lab/export/playlist.h"
@@ -38,21 +36,20 @@ struct ExportOptions {
     bool quiet = false;
 };
 
-// The whole of "A:B", where either number may be missing.
+// "17", "10:20", "10:" or ":20".
 FrameRange ParseFrames(const std::string& text) {
     FrameRange range{0, std::numeric_limits<int64_t>::max()};
-    const std::size_t colon = text.find(':');
-    const char* end = text.data() + text.size();
-    if (colon != std::string::npos) {
-        const char* middle = text.data() + colon;
-        const auto first = std::from_chars(text.data(), middle, range.first);
-        const auto last = std::from_chars(middle + 1, end, range.last);
-        if ((colon == 0 || first.ptr == middle) && (middle + 1 == end || last.ptr == end) &&
-            range.first >= 0 && range.last >= range.first) {
-            return range;
-        }
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    const char* const middle = text.data() + colon;
+    const char* const end = text.data() + text.size();
+    const bool first = std::from_chars(text.data(), middle, range.first).ptr == middle;
+    const bool last = middle == end || middle + 1 == end ||
+                      std::from_chars(middle + 1, end, range.last).ptr == end;
+    if (middle == end) range.last = range.first;
+    if (!first || !last || range.first < 0 || range.last < range.first) {
+        throw Error("--frames " + text + ": expected A:B, frames counted from 0");
     }
-    throw Error("--frames " + text + ": expected A:B, frames counted from 0");
+    return range;
 }
 
 struct Video {
@@ -86,59 +83,23 @@ int StrideOrThrow(const Video& video, const Frame& frame) {
                 " pixels");
 }
 
-// Differing blocks, as `compare --map` leaves them, by frame.
-struct DifferenceMap {
-    std::vector<StatisticsType> types;
-    std::map<int64_t, std::vector<StatisticsItem>> items;
-};
-
-DifferenceMap ReadMap(const std::string& path, const Video& video) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) throw Error(path + ": cannot be read");
-    const std::string text{std::istreambuf_iterator<char>(in), {}};
-    Statistics statistics = ParseStatistics(path, text);
-    if (statistics.header.width != video.size.width ||
-        statistics.header.height != video.size.height) {
-        throw Error(path + ": is of a frame of " + std::to_string(statistics.header.width) + " x " +
-                    std::to_string(statistics.header.height) + " pixels, the video has " +
-                    std::to_string(video.size.width) + " x " + std::to_string(video.size.height));
-    }
-    DifferenceMap map{std::move(statistics.header.types), {}};
-    // Ids become places in the list, as everywhere in the file that is written.
-    std::map<int, int> places;
-    for (std::size_t i = 0; i < map.types.size(); ++i) {
-        const int place = static_cast<int>(i);
-        places[map.types[i].id] = place;
-        map.types[i].id = place;
-    }
-    for (StatisticsItem& item : statistics.items) {
-        item.type = places[item.type];
-        map.items[item.frame].push_back(std::move(item));
-    }
-    return map;
-}
-
 class Exporter {
   public:
     Exporter(const ExportOptions& options, const Run& run)
         : options_(options), video_(FindVideo(run, options)), file_(options.name + ".csv") {
-        if (!options.map.empty()) differences_ = ReadMap(options.map, video_);
-        header_ = {video_.size.width, video_.size.height, differences_.types};
-        for (StatisticsType type : FrameTypes()) {
-            type.id += FirstFrameType();
-            header_.types.push_back(std::move(type));
-        }
+        if (!options.map.empty()) differences_ = ReadDifferenceMap(options.map);
+        header_ = {video_.size.width, video_.size.height, FrameTypes(!options.map.empty())};
         file_.Write(HeaderText(header_));
     }
 
     void Add(const Frame& frame) {
-        std::vector<StatisticsItem> items = std::move(differences_.items[frame.index]);
-        differences_.items.erase(frame.index);
-        for (StatisticsItem& item : FrameItems(frame, StrideOrThrow(video_, frame),
-                                               video_.size.width, video_.size.height)) {
-            item.type += FirstFrameType();
-            items.push_back(std::move(item));
+        std::vector<uint16_t> differences;
+        if (const auto blocks = differences_.find(frame.index); blocks != differences_.end()) {
+            differences = DifferenceValues(options_.map, frame, blocks->second);
         }
+        const std::vector<StatisticsItem> items =
+            FrameItems(frame, differences, StrideOrThrow(video_, frame), video_.size.width,
+                       video_.size.height);
         for (const StatisticsItem& item : items) file_.Write(ItemText(item));
         items_ += static_cast<int64_t>(items.size());
         frames_ += items.empty() ? 0 : 1;
@@ -161,9 +122,6 @@ class Exporter {
     }
 
   private:
-    // The differences come first, so that they lie on top.
-    [[nodiscard]] int FirstFrameType() const { return static_cast<int>(differences_.types.size()); }
-
     const ExportOptions& options_;
     Video video_;
     ResultFile file_;

@@ -1,31 +1,40 @@
 #include "lab/export/frame_items.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 namespace lab {
 
 namespace {
 
-void AddBlocks(const Frame& frame, Field field, int type, int stride, int width, int height,
-               std::vector<StatisticsItem>* items) {
-    if (!frame.Has(field)) return;
-    for (const BlockRectangle& blocks : JoinEqual(frame.values[field], frame.columns, frame.rows)) {
-        const int x = blocks.x * stride;
-        const int y = blocks.y * stride;
-        const int w = std::min(blocks.width * stride, width - x);
-        const int h = std::min(blocks.height * stride, height - y);
+// Of the stages in their order: white for luma, then yellow, orange, brown, magenta, blue, cyan.
+constexpr std::array<const char*, kStageCount> kStageColours = {
+    "255;255;255", "255;230;0", "255;140;0", "150;90;30", "255;0;255", "60;60;255", "0;220;220"};
+
+struct Place {
+    int stride, width, height;  // pixels
+};
+
+// `values`: one a block, or none.
+void AddBlocks(const Frame& frame, const std::vector<uint16_t>& values, int type,
+               const Place& place, std::vector<StatisticsItem>* items) {
+    if (values.empty()) return;
+    for (const BlockRectangle& blocks : JoinEqual(values, frame.columns, frame.rows)) {
+        const int x = blocks.x * place.stride;
+        const int y = blocks.y * place.stride;
+        const int w = std::min(blocks.width * place.stride, place.width - x);
+        const int h = std::min(blocks.height * place.stride, place.height - y);
         if (w > 0 && h > 0) items->push_back({frame.index, x, y, w, h, type, {blocks.value}});
     }
 }
 
 // Four lines: a rectangle would lie under the blocks and hide the video.
-void AddBox(int64_t frame, const Box& box, int width, int height,
-            std::vector<StatisticsItem>* items) {
-    const int left = std::clamp(box.left, 0, width - 1);
-    const int top = std::clamp(box.top, 0, height - 1);
-    const int w = std::clamp(box.right, left + 1, width) - left;
-    const int h = std::clamp(box.bottom, top + 1, height) - top;
+void AddBox(int64_t frame, const Box& box, const Place& place, std::vector<StatisticsItem>* items) {
+    const int left = std::clamp(box.left, 0, place.width - 1);
+    const int top = std::clamp(box.top, 0, place.height - 1);
+    const int w = std::clamp(box.right, left + 1, place.width) - left;
+    const int h = std::clamp(box.bottom, top + 1, place.height) - top;
     const std::vector<std::vector<int>> lines = {
         {0, 0, w, 0}, {w, 0, w, h}, {w, h, 0, h}, {0, h, 0, 0}};
     for (const std::vector<int>& line : lines) {
@@ -35,10 +44,19 @@ void AddBox(int64_t frame, const Box& box, int width, int height,
 
 }  // namespace
 
-std::vector<StatisticsType> FrameTypes() {
-    return {{kActiveType, "Active", "map", {"mapColor;1;255;0;0;0", "gridColor;255;0;0"}},
-            {kDistanceType, "Distance", "range", {"defaultRange;0;255;heat", "gridColor;90;90;90"}},
-            {kBoxType, "Box", "line", {"vectorColor;0;255;0;255", "gridColor;0;255;0"}}};
+std::vector<StatisticsType> FrameTypes(bool differences) {
+    std::vector<StatisticsType> types = {
+        {kActiveType, "Active", "map", {"mapColor;1;255;0;0;0", "gridColor;255;0;0"}},
+        {kDistanceType, "Distance", "range", {"defaultRange;0;255;heat", "gridColor;90;90;90"}},
+        {kBoxType, "Box", "line", {"vectorColor;0;255;0;255", "gridColor;0;255;0"}}};
+    if (!differences) return types;
+    StatisticsType difference{kDifferenceType, "Difference", "map", {"gridColor;255;255;255"}};
+    for (std::size_t stage = 0; stage < kStageColours.size(); ++stage) {
+        difference.properties.push_back("mapColor;" + std::to_string(stage + 1) + ";" +
+                                        kStageColours[stage] + ";255");
+    }
+    types.insert(types.begin(), difference);
+    return types;
 }
 
 std::vector<BlockRectangle> JoinEqual(const std::vector<uint16_t>& values, int columns, int rows) {
@@ -71,12 +89,15 @@ std::vector<BlockRectangle> JoinEqual(const std::vector<uint16_t>& values, int c
     return done;
 }
 
-std::vector<StatisticsItem> FrameItems(const Frame& frame, int stride, int width, int height) {
+std::vector<StatisticsItem> FrameItems(const Frame& frame, const std::vector<uint16_t>& differences,
+                                       int stride, int width, int height) {
+    const Place place{stride, width, height};
     std::vector<StatisticsItem> items;
-    AddBlocks(frame, kActive, kActiveType, stride, width, height, &items);
-    AddBlocks(frame, kDistance, kDistanceType, stride, width, height, &items);
+    AddBlocks(frame, differences, kDifferenceType, place, &items);
+    AddBlocks(frame, frame.values[kActive], kActiveType, place, &items);
+    AddBlocks(frame, frame.values[kDistance], kDistanceType, place, &items);
     if (frame.report) {
-        for (const Box& box : frame.report->boxes) AddBox(frame.index, box, width, height, &items);
+        for (const Box& box : frame.report->boxes) AddBox(frame.index, box, place, &items);
     }
     return items;
 }

@@ -1,4 +1,4 @@
-// What a frame's dumps show over the video: active blocks, distances and the box.
+// What a frame shows over the video: differing and active blocks, distances and the box.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 
 namespace lab {
 
-enum FrameType : int { kActiveType, kDistanceType, kBoxType };
+enum FrameType : int { kDifferenceType, kActiveType, kDistanceType, kBoxType };
 
-// In the order of their ids.
-std::vector<StatisticsType> FrameTypes();
+// In the order of their ids, with or without that of the differences.
+std::vector<StatisticsType> FrameTypes(bool differences);
 
 // In blocks.
 struct BlockRectangle {
@@ -25,7 +25,8 @@ std::vector<BlockRectangle> JoinEqual(const std::vector<uint16_t>& values, int c
 
 // A block is shown as a square of `stride` pixels at its corner: its real 16 pixels overlap with
 // those of its neighbours, and the viewer would mix them. All is cut to a frame of width x height
-// pixels.
-std::vector<StatisticsItem> FrameItems(const Frame& frame, int stride, int width, int height);
+// pixels. `differences`: a value of each block, 0 or a stage's number and 1; empty for none.
+std::vector<StatisticsItem> FrameItems(const Frame& frame, const std::vector<uint16_t>& differences,
+                                       int stride, int width, int height);
 
 }  // namespace lab

@@ -1,6 +1,5 @@
 #include "lab/export/playlist.h"
 
-#include <cstddef>
 #include <string_view>
 
 namespace lab {
@@ -71,9 +70,8 @@ std::string PlaylistText(const fs::path& folder, const fs::path& video, VideoSiz
         "    <playlistItemStatisticsFile>\n"
         "      <id>2</id>\n" +
         PathElements(folder, statistics);
-    for (std::size_t i = 0; i < header.types.size(); ++i) {
-        const StatisticsType& type = header.types[i];
-        const std::string tag = "statType" + std::to_string(i);
+    for (const StatisticsType& type : header.types) {
+        const std::string tag = "statType" + std::to_string(type.id);
         text += "      <" + tag + " render=\"1\" alphaFactor=\"";
         text += std::to_string(type.kind == "line" ? kLineOpacity : kBlockOpacity);
         text += "\">" + XmlText(type.name);

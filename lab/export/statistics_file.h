@@ -1,11 +1,10 @@
 // Statistics files of YUView: blocks and lines with values, drawn over a video. Text, one item a
-// line. The viewer checks little and crashes on much, so both directions are strict here: integers
-// only, no blanks, every type declared, rectangles inside the frame, the last line ended.
+// line. The viewer checks little and crashes on much, so a caller keeps to its rules: integers
+// only, no blanks, every type declared, rectangles inside the frame.
 #pragma once
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace lab {
@@ -38,13 +37,5 @@ struct StatisticsItem {
 // side by side.
 std::string HeaderText(const StatisticsHeader& header);
 std::string ItemText(const StatisticsItem& item);
-
-struct Statistics {
-    StatisticsHeader header;
-    std::vector<StatisticsItem> items;
-};
-
-// Reads a whole file; `path` is for messages. Throws Error with the line that breaks a rule.
-Statistics ParseStatistics(const std::string& path, std::string_view text);
 
 }  // namespace lab

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -11,8 +12,8 @@
 
 #include "lab/commands.h"
 #include "lab/export/frame_items.h"
-#include "lab/export/statistics_file.h"
 #include "lab/tool/error.h"
+#include "tests/lab/export/statistics_reader.h"
 #include "tests/lab/support/dump_writer.h"
 #include "tests/support/files.h"
 
@@ -54,18 +55,24 @@ class ExportTest : public testing::Test {
     }
 
     std::string Path(const std::string& name) { return (folder_ / name).string(); }
-    lab::Statistics Read() { return lab::ParseStatistics("f.csv", ReadAll(folder_ / "f.csv")); }
+    Statistics Read() { return ReadStatistics(ReadAll(folder_ / "f.csv")); }
 
     TempFolder folder_;
     std::vector<lab::Frame> frames_;
 };
 
+const lab::StatisticsType& TypeOf(const Statistics& file, const lab::StatisticsItem& item) {
+    const auto& types = file.header.types;
+    return *std::find_if(types.begin(), types.end(),
+                         [&](const auto& type) { return type.id == item.type; });
+}
+
 // Every block holds its value exactly once, and blocks of 0 none.
-void ExpectBlocks(const lab::Statistics& file, const std::string& type, const lab::Frame& frame,
+void ExpectBlocks(const Statistics& file, const std::string& type, const lab::Frame& frame,
                   lab::Field field) {
     std::vector<uint16_t> blocks(kColumns * kRows);
     for (const lab::StatisticsItem& item : file.items) {
-        const lab::StatisticsType& of = file.header.types[static_cast<std::size_t>(item.type)];
+        const lab::StatisticsType& of = TypeOf(file, item);
         if (item.frame != frame.index || of.name != type || item.values.size() != 1) continue;
         EXPECT_NE(item.values[0], 0);
         for (int y = item.y / kStride; y < (item.y + item.height) / kStride; ++y) {
@@ -81,7 +88,7 @@ void ExpectBlocks(const lab::Statistics& file, const std::string& type, const la
 
 TEST_F(ExportTest, TheFileHoldsEveryBlockAndBox) {
     ASSERT_EQ(Export({Path("run"), "--yuview", Path("f")}), "");
-    const lab::Statistics file = Read();
+    const Statistics file = Read();
     EXPECT_EQ(file.header.width, kWidth);
     EXPECT_EQ(file.header.height, kHeight);
     std::map<int64_t, std::vector<lab::StatisticsItem>> lines;
@@ -94,15 +101,16 @@ TEST_F(ExportTest, TheFileHoldsEveryBlockAndBox) {
         EXPECT_EQ(lines[frame.index].size(), frame.report->boxes.size() * 4);
     }
     // A box that ends at the frame's edge.
-    const std::vector<lab::StatisticsItem> box = {{4, 16, 8, 32, 32, 2, {0, 0, 32, 0}},
-                                                  {4, 16, 8, 32, 32, 2, {32, 0, 32, 32}},
-                                                  {4, 16, 8, 32, 32, 2, {32, 32, 0, 32}},
-                                                  {4, 16, 8, 32, 32, 2, {0, 32, 0, 0}}};
+    const std::vector<lab::StatisticsItem> box = {
+        {4, 16, 8, 32, 32, lab::kBoxType, {0, 0, 32, 0}},
+        {4, 16, 8, 32, 32, lab::kBoxType, {32, 0, 32, 32}},
+        {4, 16, 8, 32, 32, lab::kBoxType, {32, 32, 0, 32}},
+        {4, 16, 8, 32, 32, lab::kBoxType, {0, 32, 0, 0}}};
     EXPECT_EQ(lines[4], box);
     const std::string playlist = ReadAll(folder_ / "f.yuvplaylist");
     for (const char* element :
          {"<relativePath>run/ScaledInput_48x40_P420.yuv<", "<relativePath>f.csv<",
-          "<width>48</width>", "<statType2 render=\"1\" alphaFactor=\"100\">Box<"}) {
+          "<width>48</width>", "<statType3 render=\"1\" alphaFactor=\"100\">Box<"}) {
         EXPECT_NE(playlist.find(element), std::string::npos) << element;
     }
 }
@@ -128,7 +136,7 @@ TEST_F(ExportTest, FramesLimit) {
         const std::string message =
             Export({Path("run"), "--yuview", Path("f"), "--frames=" + frames});
         if (!message.empty()) return message;
-        const lab::Statistics file = Read();
+        const Statistics file = Read();
         return std::to_string(file.items.front().frame) + ".." +
                std::to_string(file.items.back().frame);
     };
@@ -136,34 +144,35 @@ TEST_F(ExportTest, FramesLimit) {
     EXPECT_EQ(range(":1"), "0..1");
     EXPECT_EQ(range("5:"), "5..5");
     EXPECT_EQ(range("9:"), Path("run") + ": nothing to show: no distance, active block or box");
-    for (const char* bad : {"4", "4:2", "a:b", "1:2x", "-1:2"}) {
+    EXPECT_EQ(range("4"), "4..4");
+    for (const char* bad : {"x", "4:2", "a:b", "1:2x", "-1:2"}) {
         EXPECT_EQ(range(bad),
                   "--frames " + std::string(bad) + ": expected A:B, frames counted from 0");
     }
 }
 
-TEST_F(ExportTest, DifferencesLieOnTopAndKeepTheirTypes) {
-    WriteAll(folder_ / "map.csv",
-             "%;syntax-version;v1.2\n%;seq-specs;m;0;48;40;25;\n%;type;4;Vector;map;\n"
-             "%;mapColor;1;0;0;255;200\n%;type;9;Luma;map;\n"
-             "2;8;8;8;8;9;1\n2;16;8;8;8;4;1\n");
-    ASSERT_EQ(Export({Path("run"), "--yuview", Path("f"), "--map", Path("map.csv")}), "");
-    const lab::Statistics file = Read();
-    std::vector<std::string> names;
-    for (const lab::StatisticsType& type : file.header.types) {
-        EXPECT_EQ(type.id, static_cast<int>(names.size()));
-        names.push_back(type.name);
-    }
-    EXPECT_EQ(names, (std::vector<std::string>{"Vector", "Luma", "Active", "Distance", "Box"}));
-    EXPECT_EQ(file.header.types[0].properties, std::vector<std::string>{"mapColor;1;0;0;255;200"});
+TEST_F(ExportTest, DifferencesLieOnTop) {
+    const std::string map = Path("map.csv");
+    WriteAll(map, "frame,column,row,stage\n2,1,3,vector\n2,2,3,vector\n2,3,3,luma\n9,0,0,luma\n");
+    ASSERT_EQ(Export({Path("run"), "--yuview", Path("f"), "--map", map}), "");
+    const Statistics file = Read();
+    EXPECT_EQ(file.header.types[0].name, "Difference");
     std::vector<lab::StatisticsItem> differing;
     for (const lab::StatisticsItem& item : file.items) {
-        if (item.type < 2) differing.push_back(item);
+        if (item.type == lab::kDifferenceType) differing.push_back(item);
     }
-    const std::vector<lab::StatisticsItem> expected = {{2, 8, 8, 8, 8, 1, {1}},
-                                                       {2, 16, 8, 8, 8, 0, {1}}};
+    const std::vector<lab::StatisticsItem> expected = {
+        {2, 8, 24, 16, 8, lab::kDifferenceType, {lab::kStageVector + 1}},
+        {2, 24, 24, 8, 8, lab::kDifferenceType, {lab::kStageLuma + 1}}};
     EXPECT_EQ(differing, expected);
     for (const lab::Frame& frame : frames_) ExpectBlocks(file, "Distance", frame, lab::kDistance);
+
+    WriteAll(map, "frame,column,row,stage\n2,5,3,vector\n");
+    EXPECT_EQ(Export({Path("run"), "--yuview", Path("f"), "--map", map}),
+              map + ": block 5,3 of frame 2 is outside the run's 5 x 4 blocks");
+    WriteAll(map, "frame,column,row,stage\n2,5,vector\n");
+    EXPECT_TRUE(
+        Export({Path("run"), "--yuview", Path("f"), "--map", map}).starts_with(map + ":2:5: "));
 }
 
 TEST_F(ExportTest, WhatDoesNotFitIsRefusedAndLeavesNoFile) {
@@ -174,16 +183,10 @@ TEST_F(ExportTest, WhatDoesNotFitIsRefusedAndLeavesNoFile) {
               other + ": 5 x 4 blocks do not fit on its 64 x 40 pixels");
     EXPECT_EQ(Export({run, "--yuview", Path("f"), "--video", Path("none_48x40.yuv")}),
               Path("none_48x40.yuv") + ": cannot be read: No such file");
-    const std::string map = Path("map.csv");
-    WriteAll(map,
-             "%;syntax-version;v1.2\n%;seq-specs;m;0;64;40;25;\n%;type;0;A;map;\n"
-             "2;8;8;8;8;0;1\n");
-    EXPECT_EQ(Export({run, "--yuview", Path("f"), "--map", map}),
-              map + ": is of a frame of 64 x 40 pixels, the video has 48 x 40");
     std::filesystem::remove(folder_ / "run/ScaledInput_48x40_P420.yuv");
     EXPECT_TRUE(
         Export({run, "--yuview", Path("f")}).starts_with(run + ": no ScaledInput video there"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 3);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 2);
 }
 
 // Over patterns that meet every way of joining.
