@@ -8,6 +8,7 @@
 
 #include "lab/compare/compare_runs.h"
 #include "lab/compare/report.h"
+#include "lab/dumps/frame_range.h"
 #include "lab/tool/error.h"
 #include "lab/tool/terminal.h"
 
@@ -29,21 +30,6 @@ int64_t ParseNumber(const std::string& text, const std::string& whole, const cha
         throw Error("'" + whole + "' is not of the form " + form);
     }
     return number;
-}
-
-// "17", "10:20", "10:", ":20"
-void ParseFrames(const std::string& text, CompareOptions* options) {
-    if (text.empty()) return;
-    constexpr const char* kForm = "--frames A:B, with frames counted from 0";
-    const std::size_t colon = text.find(':');
-    const std::string first = text.substr(0, colon);
-    const std::string last = colon == std::string::npos ? first : text.substr(colon + 1);
-    if (first.empty() && last.empty()) ParseNumber("", text, kForm);
-    if (!first.empty()) options->first_frame = ParseNumber(first, text, kForm);
-    if (!last.empty()) options->last_frame = ParseNumber(last, text, kForm);
-    if (options->first_frame > options->last_frame) {
-        throw Error("--frames " + text + " ends before it begins");
-    }
 }
 
 void ParseStages(const std::string& text, CompareOptions* options) {
@@ -87,7 +73,9 @@ void Leave(const std::string& path, const std::string& text) {
 
 int RunCompare(Typed typed) {
     CompareOptions& options = typed.options;
-    ParseFrames(typed.frames, &options);
+    const FrameRange frames = ParseFrames(typed.frames);
+    options.first_frame = frames.first;
+    options.last_frame = frames.last;
     ParseStages(typed.stages, &options);
     ParseSize(typed.size, &options);
     std::optional<MapFile> map;

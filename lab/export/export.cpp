@@ -1,16 +1,15 @@
 #include "lab/export/export.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "lab/dumps/frame_range.h"
 #include "lab/dumps/run.h"
 #include "lab/export/difference_map.h"
 #include "lab/export/frame_items.h"
@@ -35,22 +34,6 @@ struct ExportOptions {
     std::string video;
     bool quiet = false;
 };
-
-// "17", "10:20", "10:" or ":20".
-FrameRange ParseFrames(const std::string& text) {
-    FrameRange range{0, std::numeric_limits<int64_t>::max()};
-    const std::size_t colon = std::min(text.find(':'), text.size());
-    const char* const middle = text.data() + colon;
-    const char* const end = text.data() + text.size();
-    const bool first = std::from_chars(text.data(), middle, range.first).ptr == middle;
-    const bool last = middle == end || middle + 1 == end ||
-                      std::from_chars(middle + 1, end, range.last).ptr == end;
-    if (middle == end) range.last = range.first;
-    if (!first || !last || range.first < 0 || range.last < range.first) {
-        throw Error("--frames " + text + ": expected A:B, frames counted from 0");
-    }
-    return range;
-}
 
 struct Video {
     fs::path path;
@@ -131,8 +114,7 @@ class Exporter {
 };
 
 void Export(const ExportOptions& options) {
-    const FrameRange range =
-        options.frames.empty() ? ParseFrames(":") : ParseFrames(options.frames);
+    const FrameRange range = ParseFrames(options.frames);
     const Run run = OpenRun(options.run);
     Exporter exporter(options, run);
     Progress progress("frames", 0, options.quiet);

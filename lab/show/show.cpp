@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,17 +22,23 @@ namespace lab {
 namespace {
 
 constexpr int kUsualStride = 8;  // where neither the videos nor the user tell
+constexpr int kLeastWidth = 20;
 constexpr int kLinesAround = 5;  // heading, column numbers, scale, prompt
 
 struct ShowOptions {
     std::string run;
     int64_t frame = 0;
-    Field values = kDistance;
+    std::string values = "distance";
     std::vector<int> block;  // column and row, or nothing
     int before = 4;
     int width = 0;
     int stride = 0;
 };
+
+Field FieldNamed(const std::string& name) {
+    if (name == "active") return kActive;
+    return name == "luma" ? kLuma : kDistance;
+}
 
 // The bit of MD_DbgEn whose files hold the field.
 int DumpBit(Field field) {
@@ -50,11 +56,11 @@ Frame LoadOrThrow(const Run& run, int64_t number) {
     throw Error(message);
 }
 
-int Stride(const Run& run, const ShowOptions& options, const Frame& frame) {
+// What the user says, or the size in a video's name tells; 0: not known.
+int KnownStride(const Run& run, const ShowOptions& options, const Frame& frame) {
     if (options.stride != 0) return options.stride;
     const std::optional<VideoSize> size = WorkingSize(run);
-    if (!size) return kUsualStride;
-    return StrideOf(*size, frame.columns, frame.rows).value_or(kUsualStride);
+    return size ? StrideOf(*size, frame.columns, frame.rows).value_or(0) : 0;
 }
 
 // The block edges around a box of pixels; blocks at stride steps reach to the next block.
@@ -112,22 +118,25 @@ std::string Heading(const Frame& frame, Field field) {
 
 void ShowMap(const Run& run, const ShowOptions& options) {
     const Frame frame = LoadOrThrow(run, options.frame);
-    if (!frame.Has(options.values)) {
-        throw Error(options.run + ": no " + ValueName(options.values, 0) + " of frame " +
+    const Field field = FieldNamed(options.values);
+    if (!frame.Has(field)) {
+        throw Error(options.run + ": no " + ValueName(field, 0) + " of frame " +
                     std::to_string(options.frame) + ": MD_DbgEn with " +
-                    std::to_string(DumpBit(options.values)) + " in it dumps it");
+                    std::to_string(DumpBit(field)) + " in it dumps it");
     }
     BlockMap map{frame.columns,
                  frame.rows,
-                 frame.values[options.values],
-                 options.values == kActive ? 1 : 255,
-                 options.values == kLuma ? Ramp::kGrey : Ramp::kHeat,
+                 frame.values[field],
+                 field == kActive ? 1 : 255,
+                 field == kLuma ? Ramp::kGrey : Ramp::kHeat,
                  {}};
     if (frame.report && !frame.report->boxes.empty()) {
-        map.box = EdgesAround(frame.report->boxes.front(), Stride(run, options, frame), frame);
+        const int known = KnownStride(run, options, frame);
+        map.box =
+            EdgesAround(frame.report->boxes.front(), known != 0 ? known : kUsualStride, frame);
     }
-    const int width = options.width != 0 ? options.width : TerminalWidth();
-    std::string text = Heading(frame, options.values);
+    const int width = std::max(options.width != 0 ? options.width : TerminalWidth(), kLeastWidth);
+    std::string text = Heading(frame, field);
     text += ColourWanted() ? DrawColours(map, width, TerminalHeight() - kLinesAround, TrueColour())
                            : DrawDigits(map, width);
     std::fputs(text.c_str(), stdout);
@@ -149,11 +158,12 @@ void ShowBlock(const Run& run, const ShowOptions& options) {
                     " is outside: frame " + std::to_string(frame.index) + " has " +
                     std::to_string(frame.columns) + " x " + std::to_string(frame.rows) + " blocks");
     }
-    const int stride = Stride(run, options, frames.front());
+    const int known = KnownStride(run, options, frames.front());
+    const int stride = known != 0 ? known : kUsualStride;
     const std::string text = FrameName(options.frame) + "   block x " + std::to_string(x) + ", y " +
                              std::to_string(y) + "   pixels " + Range(x * stride, x * stride + 15) +
-                             ", " + Range(y * stride, y * stride + 15) + "\n" +
-                             BlockTable(frames, x, y);
+                             ", " + Range(y * stride, y * stride + 15) +
+                             (known != 0 ? "\n" : " at stride 8\n") + BlockTable(frames, x, y);
     std::fputs(text.c_str(), stdout);
 }
 
@@ -173,10 +183,8 @@ void AddShow(CLI::App* app, int* status) {
                      "Counted from 0, as Frame_idx; file names say one more")
         ->required()
         ->check(CLI::NonNegativeNumber);
-    const std::map<std::string, Field> values = {
-        {"distance", kDistance}, {"active", kActive}, {"luma", kLuma}};
     show->add_option("--values", options->values, "distance (default), active or luma")
-        ->transform(CLI::Transformer(values))
+        ->check(CLI::IsMember({"distance", "active", "luma"}))
         ->option_text("WHAT");
     show->add_option("--block", options->block, "Column and row, from 0")
         ->delimiter(',')
@@ -186,7 +194,7 @@ void AddShow(CLI::App* app, int* status) {
         ->check(CLI::Range(0, 1000))
         ->option_text("N");
     show->add_option("--width", options->width, "Columns to fit, instead of the terminal's")
-        ->check(CLI::Range(20, 10000))
+        ->check(CLI::Range(kLeastWidth, 10000))
         ->option_text("N");
     show->add_option("--stride", options->stride,
                      "MD_HogBlockStride, where no video in RUN tells it by its size (8)")

@@ -81,7 +81,7 @@ TEST_F(Show, TheVideosTellTheStride) {
 TEST_F(Show, ABlockAndTheFramesBefore) {
     const std::string text = Run("3 --block 2,1 --before 2");
     EXPECT_EQ(text.substr(0, text.find('\n')),
-              "frame 3 (files 0004_*)   block x 2, y 1   pixels 16..31, 8..23");
+              "frame 3 (files 0004_*)   block x 2, y 1   pixels 16..31, 8..23 at stride 8");
     const auto row = [&](const std::string& name, lab::Field field, int element) {
         std::string values;
         for (const std::size_t i : {3, 2, 1}) {
@@ -104,6 +104,7 @@ TEST_F(Show, ABlockAndTheFramesBefore) {
 
 TEST_F(Show, WhatIsNotThere) {
     const std::string run = folder_.Path().string();
+    EXPECT_EQ(Run("2 --values dark"), "--values: dark not in {distance,active,luma}");
     EXPECT_EQ(Run("4"), run + ": no frame 4, there are 0 to 3");
     EXPECT_EQ(Run("2 --block 5,0"), run + ": block 5,0 is outside: frame 2 has 5 x 4 blocks");
     EXPECT_EQ(Run("2 --block 0,-1"), run + ": block 0,-1 is outside: frame 2 has 5 x 4 blocks");
