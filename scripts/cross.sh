@@ -1,14 +1,17 @@
 #!/usr/bin/env bash
-# Builds MD for a big-endian and for a 32-bit system, runs its tests there, and compares whole runs
-# with those of the program built for this machine. Installs compilers and emulator where missing.
+# Builds MD for aarch64, which has row kernels of its own, for a big-endian and for a 32-bit system,
+# which run the scalar ones; runs its tests there, and compares whole runs with those of the program
+# built for this machine. Installs compilers and emulator where missing.
+# Usage: scripts/cross.sh [TRIPLE...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh g++-s390x-linux-gnu g++-i686-linux-gnu qemu-user-static
+[ $# -gt 0 ] || set -- aarch64-linux-gnu s390x-linux-gnu i686-linux-gnu
+scripts/setup.sh "${@/#/g++-}" qemu-user-static
 . scripts/platform_runs.sh
 cmake --preset release >/dev/null
 cmake --build --preset release --target MD
 
-for triple in s390x-linux-gnu i686-linux-gnu; do
+for triple; do
     cpu=${triple%%-*}
     build=$PWD/build/$cpu
     emulator=()

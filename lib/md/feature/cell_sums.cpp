@@ -20,8 +20,8 @@ constexpr int32_t kMiddleRow = 4;  // of a cell: the y moment counts from here f
 using Patch = uint8_t[kRows][kColumns];
 using Half = int16_t[kCell][kBlock];  // a number a pixel
 
-// The border on both sides as the block's padding wants it; rows are those of the frame, whose
-// edge goes on beyond it.
+// The border left and right as the block's padding wants it. Rows above and below are the frame's,
+// whose edge goes on beyond it.
 void FetchPatch(const CellSetup& t, const LumaPlane& tLuma, int32_t nX, int32_t nY, Patch& aPatch) {
     for (int32_t r = 0; r < kRows; ++r) {
         const int32_t y = std::clamp(nY + r - kBorder, 0, tLuma.nHeight - 1);
@@ -51,15 +51,28 @@ void AbsGradientsX(const CellSetup& t, const Patch& aPatch, Half& aOut) {
     }
 }
 
-// |gy|, with five rows of the patch for each row of the cells.
-void AbsGradientsY(const CellSetup& t, const uint8_t* const (&apRow)[kRows], Half& aOut) {
+// |gy|.
+void AbsGradientsY(const CellSetup& t, const Patch& aPatch, Half& aOut) {
     for (int32_t r = 0; r < kCell; ++r) {
         for (int32_t x = 0; x < kBlock; ++x) {
             int16_t g = 0;
             for (int32_t k = 0; k < kGradientTaps; ++k) {
-                g = static_cast<int16_t>(g + apRow[r + k][x + kBorder] * t.aTapsY[k]);
+                g = static_cast<int16_t>(g + aPatch[r + k][x + kBorder] * t.aTapsY[k]);
             }
             aOut[r][x] = static_cast<int16_t>(std::abs(g));
+        }
+    }
+}
+
+// The block's own border, above its upper half or below its lower one.
+void SetBorderRows(const CellSetup& t, bool bTop, Patch& aPatch) {
+    if (t.nPadding == 0) return;
+    for (int32_t n = 0; n < kBorder; ++n) {
+        uint8_t* pRow = aPatch[bTop ? n : kRows - kBorder + n];
+        if (t.nPadding == 1) {
+            std::memset(pRow, 0, kColumns);
+        } else {
+            std::memcpy(pRow, aPatch[bTop ? kBorder : kRows - kBorder - 1], kColumns);
         }
     }
 }
@@ -77,8 +90,9 @@ void SumColumns(const Half& aAbsX, const Half& aAbsY, const uint16_t (*pWeights)
         const auto nRow = static_cast<int16_t>(r - kMiddleRow);
         for (int32_t x = 0; x < kBlock; ++x) {
             const int16_t ax = aAbsX[r][x], ay = aAbsY[r][x];
-            const int32_t nMag = std::max(ax, ay) + (std::min(ax, ay) >> 1);
-            const auto nWeighted = static_cast<int16_t>((nMag * pWeights[r][x]) >> 15);
+            const int16_t nMax = std::max(ax, ay), nMin = std::min(ax, ay);
+            const auto nTwice = static_cast<uint16_t>(2 * (nMax + (nMin >> 1)));
+            const auto nWeighted = static_cast<int16_t>((uint32_t{nTwice} * pWeights[r][x]) >> 16);
             pSums->aMag[x] = static_cast<int16_t>(pSums->aMag[x] + nWeighted);
             pSums->aMomY[x] = static_cast<int16_t>(pSums->aMomY[x] + nRow * nWeighted);
         }
@@ -151,25 +165,20 @@ void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup*
 
 void CellRowSums_Scalar(const CellSetup& t, const LumaPlane& tLuma, int32_t nY, int32_t nBlocks,
                         const HalfRow* pTop, const HalfRow* pBottom) {
-    constexpr uint8_t aZeros[kColumns] = {};
     for (int32_t i = 0; i < nBlocks; ++i) {
         Patch aPatch;
         FetchPatch(t, tLuma, kCell * t.nStrideCells * i, nY, aPatch);
-        Half aAbsX, aAbsY;
+        Half aAbsX;
         AbsGradientsX(t, aPatch, aAbsX);
         const int32_t nLuma = LumaOf(aPatch);
         for (const bool bTop : {true, false}) {
             const HalfRow* pOut = bTop ? pTop : pBottom;
             if (pOut == nullptr) continue;
-            // The block's border is above its upper half, or below its lower one.
-            const uint8_t* apRow[kRows];
-            for (int32_t r = 0; r < kRows; ++r) apRow[r] = aPatch[r];
-            const int32_t nBorder = bTop ? 0 : kRows - kBorder;
-            const uint8_t* pEdge = aPatch[bTop ? kBorder : kRows - kBorder - 1];
-            for (int32_t r = nBorder; r < nBorder + kBorder && t.nPadding != 0; ++r) {
-                apRow[r] = t.nPadding == 1 ? aZeros : pEdge;
-            }
-            AbsGradientsY(t, apRow, aAbsY);
+            Patch aRolePatch;
+            std::memcpy(aRolePatch, aPatch, sizeof aPatch);
+            SetBorderRows(t, bTop, aRolePatch);
+            Half aAbsY;
+            AbsGradientsY(t, aRolePatch, aAbsY);
             ColumnSums tSums;
             SumColumns(aAbsX, aAbsY, t.aWeight + (bTop ? 0 : kCell), &tSums);
             StoreSums(tSums, nLuma, i, *pOut);
