@@ -125,3 +125,9 @@ QuietLimits QuietLimitsOf(const Thresholds& th) {
     };
     return {Limit(255), Limit(th.nBlkDistTh), Limit(th.nBlkDistTh >> 4)};
 }
+
+// Below kEdgeDist no rule comes before the one on highly active neighbours, and that asks for no
+// more. The last test, on isolated blocks, passes them over.
+CarriedRange CarriedRangeOf(const Thresholds& th) {
+    return {static_cast<uint8_t>((th.nBlkDistTh >> 4) + 1), kEdgeDist - 1};
+}

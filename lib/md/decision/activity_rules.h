@@ -81,3 +81,11 @@ struct QuietLimits {
     uint8_t nHigh;       // some kStateHighActive
 };
 QuietLimits QuietLimitsOf(const Thresholds& th);
+
+// Distances, both ends included, with which DecideActivity ends with avail 1, the active flag, from
+// nBlkDistThHigh on the other flag too, and the counter as it was, if any of the nine blocks has
+// kStateHighActive; whatever else the view holds.
+struct CarriedRange {
+    uint8_t nFirst, nLast;
+};
+CarriedRange CarriedRangeOf(const Thresholds& th);

@@ -49,14 +49,19 @@ Bytes NotAvailable(const MdParams& md, const DecisionRow& row, int32_t x, int32_
     return v;
 }
 
-// The flags found on the blocks x to x + 15 and all around each.
-Bytes FlagsAround(const DecisionRow& row, int32_t x) {
-    Bytes v{};
-    for (int32_t dy = -1; dy <= 1; ++dy) {
-        const uint8_t* p = row.pState + x + dy * row.nStatePitch;
+// The flags found on the blocks x to x + 15 and around each, with their left neighbours and
+// without.
+struct GroupFlags {
+    Bytes nAll, nButLeft;
+};
+
+GroupFlags FlagsAround(const DecisionRow& row, int32_t x) {
+    const uint8_t* pState = row.pState + x;
+    Bytes v = LoadBytes(pState) | LoadBytes(pState + 1);
+    for (const uint8_t* p : {pState - row.nStatePitch, pState + row.nStatePitch}) {
         v |= LoadBytes(p - 1) | LoadBytes(p) | LoadBytes(p + 1);
     }
-    return v & kFlags;
+    return {(v | LoadBytes(pState - 1)) & kFlags, v & kFlags};
 }
 
 // Neighbour counts of the blocks x to x + 15, each without its left neighbour: that one is decided
@@ -116,26 +121,52 @@ Bytes LimitsUnder(const QuietLimits& t, Bytes nFlags) {
     return nFlags != 0 ? nFlagged : Bytes{} + t.nUnflagged;
 }
 
-void DecideGroup(const MdParams& md, const DecisionRow& row, const Thresholds& th,
-                 const QuietLimits& tLimits, int32_t nYDiffThre, int32_t x) {
+// What a row decides by.
+struct RowBounds {
+    Thresholds th;
+    QuietLimits tQuiet;
+    CarriedRange tCarried;
+};
+
+// Lanes (255 or 0) of the blocks that a highly active neighbour carries, whatever becomes of their
+// left one.
+Bytes CarriedLanes(const CarriedRange& t, Bytes nFlagsButLeft, Bytes nDist) {
+    return (Bytes)((nFlagsButLeft & kStateHighActive) != 0) & (Bytes)(nDist >= t.nFirst) &
+           (Bytes)(nDist <= t.nLast);
+}
+
+void DecideGroup(const MdParams& md, const DecisionRow& row, const RowBounds& t, int32_t nYDiffThre,
+                 int32_t x) {
     uint8_t* pState = row.pState + x;
     const Bytes nDist = LoadBytes(row.apDist[0] + x);
     const Bytes nState = LoadBytes(pState);
     const Bytes bAvail = ~NotAvailable(md, row, x, nYDiffThre);
-    const Bytes nLimits = LimitsUnder(tLimits, FlagsAround(row, x));
-    const uint32_t nCounting = BitsOf(bAvail);
-    uint32_t nLoud = BitsOf((Bytes)(nDist > nLimits) & bAvail);
-    // Counts come from the states before this frame, so before these are settled.
-    const GroupCounts tCounts = nLoud != 0 ? CountGroup(row, x) : GroupCounts{};
+    const GroupFlags tFlags = FlagsAround(row, x);
+    uint32_t nLoud = BitsOf((Bytes)(nDist > LimitsUnder(t.tQuiet, tFlags.nAll)) & bAvail);
     const Bytes nRepeat = nState & kStateRepeatMask;
-    StoreBytes(pState, nRepeat - ((Bytes)(nRepeat != 0) & bAvail & 1));
-    StoreBytes(row.pAvailMap + x, Bytes{});
+    const Bytes nQuietState = nRepeat - ((Bytes)(nRepeat != 0) & bAvail & 1);
     StoreBytes(row.pDistMap + x, nDist & bAvail);
+    if (nLoud == 0) {
+        StoreBytes(row.pAvailMap + x, Bytes{});
+        StoreBytes(pState, nQuietState);
+        return;
+    }
+    // Counts come from the states before this frame, so before these are settled.
+    const GroupCounts tCounts = CountGroup(row, x);
+    const Bytes bCarried = CarriedLanes(t.tCarried, tFlags.nButLeft, nDist) & bAvail;
+    const Bytes bHigh = (Bytes)(nDist >= static_cast<uint8_t>(t.th.nBlkDistThHigh));
+    const Bytes nCarriedState = nRepeat | kStateActive | (bHigh & kStateHighActive);
+    StoreBytes(row.pAvailMap + x, bCarried & 1);
+    StoreBytes(pState, (bCarried & nCarriedState) | (~bCarried & nQuietState));
+    // Up to the lowest limit a block is quiet beside any flag.
+    const uint32_t nCarried = BitsOf(bCarried);
+    const uint32_t nFollows = BitsOf((Bytes)(nDist > t.tQuiet.nHigh) & bAvail) & ~nCarried;
+    nLoud = (nLoud | nCarried << 1) & nFollows;
     while (nLoud != 0) {
         const int32_t i = std::countr_zero(nLoud);
         nLoud &= nLoud - 1;
-        DecideBlock(md, row, th, CountsOf(tCounts, i, pState[i - 1]), x + i, nState[i]);
-        if ((pState[i] & kFlags) != 0) nLoud |= (2u << i) & nCounting;
+        DecideBlock(md, row, t.th, CountsOf(tCounts, i, pState[i - 1]), x + i, nState[i]);
+        if ((pState[i] & kFlags) != 0) nLoud |= (2u << i) & nFollows;
     }
 }
 
@@ -150,10 +181,10 @@ void DecideGroupAlone(const MdParams& md, const DecisionRow& row, int32_t nYDiff
 
 void DecideRow(const MdParams& md, const DecisionRow& row, int32_t nYDiffThre) {
     const Thresholds th = BlockThresholds(md, nYDiffThre);
-    const QuietLimits tLimits = QuietLimitsOf(th);
+    const RowBounds t{th, QuietLimitsOf(th), CarriedRangeOf(th)};
     for (int32_t x = 0; x < row.nBlkW; x += kGroup) {
         if (md.nMD_NeighborCorrelation != 0) {
-            DecideGroup(md, row, th, tLimits, nYDiffThre, x);
+            DecideGroup(md, row, t, nYDiffThre, x);
         } else {
             DecideGroupAlone(md, row, nYDiffThre, x);
         }

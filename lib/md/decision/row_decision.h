@@ -2,10 +2,10 @@
 // raster order, but sixteen blocks at a time.
 //
 // Most blocks of most frames are quiet: their distance is not above the limit under which no rule
-// does anything but take one repeat off (QuietLimits). All of a group's blocks are first settled as
-// quiet ones. Then those above their limit go through the same rules as on the block walk, from
-// left to right. A block that sets a flag there changes what its right neighbour sees, so that one
-// follows too.
+// does anything but take one repeat off (QuietLimits). Most of the others are carried by a highly
+// active neighbour (CarriedRange). Both are settled for a whole group at once. What is left goes
+// through the same rules as on the block walk, from left to right. A block that sets a flag changes
+// what its right neighbour sees, so that one follows unless it is settled either way.
 #pragma once
 
 #include <cstddef>
