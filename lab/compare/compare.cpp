@@ -38,7 +38,8 @@ void ParseStages(const std::string& text, CompareOptions* options) {
     options->stages.fill(false);
     std::string known;
     for (int s = 0; s < kStageCount; ++s) {
-        known += (s == 0 ? "" : ", ") + std::string(StageName(static_cast<Stage>(s)));
+        if (s > 0) known += ", ";
+        known += StageName(static_cast<Stage>(s));
     }
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t comma = std::min(text.find(',', at), text.size());
@@ -109,7 +110,7 @@ void AddCompare(CLI::App* app, int* status) {
                      "Output folder, its HOG_feature, one of the files there, or a raw video")
         ->required();
     command->add_option("OTHER", options.other, "The same of the run to check")->required();
-    command->add_option("--limit", options.limit, "Differences in full after the first")
+    command->add_option("--limit", options.limit, "Blocks in full after the first")
         ->check(CLI::Range(0, 1000000))
         ->capture_default_str();
     command->add_option("--frames", typed->frames, "Only frames A to B, counted from 0")

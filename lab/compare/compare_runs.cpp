@@ -184,7 +184,7 @@ void Walk::CompareFrame(int64_t frame, Sources kinds) {
     const std::vector<Difference> differences = delta_.Differences(options_.stages);
     if (!differences.empty()) {
         Record(differences);
-    } else if (delta_.Differences(kAllStages).empty()) {
+    } else if (!delta_.Unlike() && delta_.Differences(kAllStages).empty()) {
         ++text_only_;
     }
 }
@@ -225,16 +225,18 @@ void Walk::Record(const std::vector<Difference>& differences) {
         RecordThere(differences);
         value_hints_.Start(differences.front());
     }
-    const Difference& lead = result_.first.empty() ? differences.front() : result_.first.front();
-    const Difference copy = lead;
+    const Difference lead = result_.first.empty() ? differences.front() : result_.first.front();
+    std::set<std::pair<int, int>> blocks;
     bool leads = false;
     for (const Difference& difference : differences) {
-        if (static_cast<int>(result_.first.size()) <= options_.limit) {
+        // Of a block, what differs first stands for all.
+        const bool wanted = static_cast<int>(result_.first.size()) <= options_.limit;
+        if (wanted && blocks.insert({difference.x, difference.y}).second) {
             result_.first.push_back(difference);
         }
         auto& first = result_.first_of[difference.stage];
         if (!first) first = difference;
-        if (difference.stage == copy.stage && difference.field == copy.field) {
+        if (difference.stage == lead.stage && difference.field == lead.field) {
             value_hints_.Add(difference);
             leads = true;
         }
@@ -381,9 +383,9 @@ void Walk::CompareAllVideos() {
     }
 }
 
-// A stage asked for by name that no file shows must not pass for equal.
+// A stage asked for by name that no file shows must not pass for equal. Unlike grids differ anyway.
 void Walk::RequireStages() {
-    if (options_.all_stages) return;
+    if (options_.all_stages || unlike_) return;
     for (int s = 0; s < kStageCount; ++s) {
         const auto stage = static_cast<std::size_t>(s);
         if (!options_.stages[stage] || result_.shown[stage]) continue;
@@ -395,13 +397,12 @@ void Walk::RequireStages() {
 Comparison Walk::Run() {
     lists_ = ListFiles(options_, &golden_, &other_, &result_);
     OpenStreams();
-    for (const Stream& stream : streams_) {
-        // Equal throughout: no frame will come up.
-        for (const Field field : FieldsOf(stream.kind)) {
-            if (stream.common.last >= stream.common.first) result_.shown[Info(field).stage] = true;
-        }
-    }
     WalkFrames();
+    for (const Stream& stream : streams_) {
+        // Where they are equal throughout, no frame came up.
+        if (unlike_ || stream.common.last < stream.common.first) continue;
+        for (const Field field : FieldsOf(stream.kind)) result_.shown[Info(field).stage] = true;
+    }
     DescribeMissing(lists_, &result_);
     DescribeGrid();
     DescribeGrids();

@@ -33,7 +33,7 @@ std::string NameSources(Sources sources, int64_t frame) {
         names += (names.empty() ? "" : ", ") + name;
     };
     char number[24];
-    std::snprintf(number, sizeof number, "%04lld", static_cast<long long>(frame + 1));
+    std::snprintf(number, sizeof number, "%04lld", static_cast<long long>(frame) + 1);
     for (int k = 0; k <= kObjectFile; ++k) {
         const auto kind = static_cast<FileKind>(k);
         if ((sources >> k & 1) == 0) continue;

@@ -22,7 +22,7 @@ struct CompareOptions {
     int64_t first_frame = 0, last_frame = INT64_MAX;
     StageSet stages = kAllStages;         // which of them count
     bool all_stages = true;               // --stages was not given: raw videos count as well
-    int limit = 5;                        // differences in full, after the first
+    int limit = 5;                        // blocks in full, after the first
     int stride = 0;                       // pixels from block to block; 0: from the videos, or 8
     std::optional<VideoSize> video_size;  // for raw videos without a size in their name
     std::string json, junit, map;         // files to leave; empty: none
@@ -85,8 +85,9 @@ struct Comparison {
     int stride = 8;
     bool stride_known = false;
 
-    std::vector<Difference> first;              // the leading one, then up to `limit` more
-    std::array<StageThere, kStageCount> there;  // at the block of the leading one
+    // The leading one, then the first of each of up to `limit` more blocks or boxes.
+    std::vector<Difference> first;
+    std::array<StageThere, kStageCount> there;                    // at the block of the leading one
     std::array<std::optional<Difference>, kStageCount> first_of;  // of each stage
     std::array<bool, kStageCount> shown{};      // some file shows the stage in both runs
     std::array<int64_t, kStageCount> blocks{};  // that differ; of the box: frames

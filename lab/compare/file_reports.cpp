@@ -43,6 +43,12 @@ Json ToJson(const std::vector<Comparison::Line>& lines) {
     return json;
 }
 
+std::string Joined(const std::vector<Comparison::Line>& lines) {
+    std::string joined;
+    for (const auto& [label, text] : lines) joined.append(label).append(" ").append(text) += '\n';
+    return joined;
+}
+
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -138,9 +144,7 @@ std::string JunitReport(const Comparison& c) {
             add(name, "skipped", "no file of both runs shows it", &skipped);
         }
     }
-    std::string findings, trouble;
-    for (const auto& [label, text] : c.findings) findings += label + " " + text + "\n";
-    for (const auto& [label, text] : c.trouble) trouble += label + " " + text + "\n";
+    const std::string findings = Joined(c.findings), trouble = Joined(c.trouble);
     if (!trouble.empty()) {
         add("files", "error", trouble + findings, &errors);
     } else {

@@ -47,7 +47,7 @@ std::vector<int> BoxValues(const ObjectReport& report) {
 void FrameDelta::Start(int64_t frame) {
     frame_ = frame;
     columns_ = 0;
-    bytes_differ_ = false;
+    bytes_differ_ = unlike_ = false;
     for (auto& values : values_) values.clear();
     holders_.fill(0);
     report_held_ = false;
@@ -68,8 +68,9 @@ bool FrameDelta::Add(FileKind kind, const Frame& golden, const Frame& other) {
         AddReport(*golden.report, *other.report);
         return true;
     }
-    if (golden.columns != other.columns || golden.rows != other.rows) return false;
-    if (columns_ != 0 && columns_ != golden.columns) return false;
+    unlike_ = unlike_ || golden.columns != other.columns || golden.rows != other.rows ||
+              (columns_ != 0 && columns_ != golden.columns);
+    if (unlike_) return false;
     columns_ = golden.columns;
     for (const Field field : FieldsOf(kind)) {
         if (!golden.Has(field) || !other.Has(field)) continue;

@@ -28,6 +28,9 @@ class FrameDelta {
     // Some file's bytes differ, whether or not its values do.
     [[nodiscard]] bool BytesDiffer() const { return bytes_differ_; }
 
+    // Some file was left out for its grid.
+    [[nodiscard]] bool Unlike() const { return unlike_; }
+
     // Some file of both runs shows the stage or the field.
     [[nodiscard]] bool Shows(Stage stage) const;
     [[nodiscard]] bool Shows(Field field) const { return holders_[field] != 0; }
@@ -42,7 +45,7 @@ class FrameDelta {
 
     int64_t frame_ = 0;
     int columns_ = 0;
-    bool bytes_differ_ = false;
+    bool bytes_differ_ = false, unlike_ = false;
     std::array<std::vector<Value>, kFieldCount> values_;  // empty: no file differs
     std::array<Sources, kFieldCount> holders_{};          // files of both runs that hold the field
     bool report_held_ = false;

@@ -11,6 +11,9 @@ namespace lab {
 // The whole text for standard output, lines ended.
 std::string TextReport(const Comparison& comparison, bool colour);
 
+// The keys of MD that reach a stage and none before it, for the report.
+const char* SettingsOf(Stage stage);
+
 // {"format": 1, ...}; docs/mdlab.md describes it.
 std::string JsonReport(const Comparison& comparison);
 

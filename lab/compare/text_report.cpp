@@ -25,8 +25,12 @@ std::string Line(const std::string& label, const std::string& text) {
     return line + text + "\n";
 }
 
-// "y moment of cell 2   golden 3a (58)   other 3b (59)   +1, bits 01"
+// "y moment of cell 2   golden 3a (58)   other 3b (59)   +1, bits 01"; boxes are pixels.
 std::string ValueText(const Difference& d) {
+    if (d.stage == kStageBox) {
+        return NameOf(d) +
+               Format("   golden %d   other %d   %+d", d.golden, d.other, d.other - d.golden);
+    }
     return NameOf(d) + Format("   golden %02x (%d)   other %02x (%d)   %+d, bits %02x",
                               static_cast<unsigned>(d.golden), d.golden,
                               static_cast<unsigned>(d.other), d.other, d.other - d.golden,
@@ -67,13 +71,18 @@ std::string ThereText(const Comparison& c) {
         } else if (wrong == 0) {
             Append(&same, StageWord(stage));
         }
-        for (std::size_t i = stage == lead.stage ? 1 : 0; i < wrong && i < 4; ++i) {
-            const Difference& d = there.different[i];
-            Append(&different, NameOf(d) + Format(" %d -> %d", d.golden, d.other));
+        const std::size_t first = stage == lead.stage ? 1 : 0;
+        if (wrong == first) continue;
+        // Of many values their number is enough.
+        const Difference& d = there.different[first];
+        const bool many = wrong - first > 3;
+        Append(&different, many
+                               ? Format("%zu values of %s", wrong - first, StageWord(stage).c_str())
+                               : NameOf(d) + Format(" %d -> %d", d.golden, d.other));
+        for (std::size_t i = first + 1; i < wrong && !many; ++i) {
+            const Difference& next = there.different[i];
+            Append(&different, NameOf(next) + Format(" %d -> %d", next.golden, next.other));
         }
-        const std::size_t shown = 4;
-        if (wrong > shown)
-            Append(&different, Format("%zu more of %s", wrong - shown, StageWord(stage).c_str()));
     }
     std::string text;
     if (!same.empty()) text += Line("", "same there: " + same);
@@ -91,11 +100,31 @@ std::string SourcesText(const Difference& lead) {
     return Line("", text);
 }
 
+}  // namespace
+
+const char* SettingsOf(Stage stage) {
+    constexpr std::array<const char*, kStageCount> kSettings = {
+        "InputFilePath, StartFrameIdx, MD_ScaledW, MD_ScaledH",
+        "MD_Padding_Method, MD_HogGradX, MD_HogGradY, MD_HogMagnitudeWeightEn, "
+        "MD_ShiftMetric2_Th, MD_HogNormalizeMode",
+        "MD_ShiftHistMag2, MD_HogNormalizeMode",
+        "MD_RefFrmIdx, StartFrameIdx",
+        "MD_HogDist_Scale2, MD_HogDist_WeightMethod, MD_HogDistAvailCheck, "
+        "MD_HogDist_AvgYDiffThre_Scale",
+        "MD_HogDist_Th and its _Adj_ scales, MD_NeighborCorrelation, MD_LowDelayEn, "
+        "MD_ActBlkRepeatFrmCntTh, MD_ActNeighborBlkCntTh",
+        "MD_PostProcMethod, MD_BlkCnt_Th, MD_Sensitivity_Th, MD_Bbox_PP_Enable",
+    };
+    return kSettings[stage];
+}
+
+namespace {
+
 // Where to look, by what is known to be equal before the leading stage in that frame.
 std::string SuspectText(const Comparison& c) {
     constexpr std::array<const char*, kStageCount> kSuspects = {
         "pixels or their mean: the input, its scaling, the fetch of blocks",
-        "gradients or moments: the mean luma is the same",
+        "gradients, the border of a block, or moments: the mean luma is the same",
         "the vector's length and class: the vector itself is the same",
         "the choice or storage of the reference: the frame's own features are the same",
         "the distance, its weight or scale: the features are the same",
@@ -106,9 +135,13 @@ std::string SuspectText(const Comparison& c) {
         -1, kStageLuma, kStageVector, kStageVector, kStageVector, kStageDistance, kStageActive};
     const Stage stage = c.first.front().stage;
     const int needed = kNeeds[stage];
-    // Same only if some file showed it: RecordThere asked the whole frame's files.
     if (needed >= 0 && !c.there[static_cast<std::size_t>(needed)].known) return "";
-    return Line("suspect", kSuspects[stage]);
+    std::string text = kSuspects[stage];
+    if (c.frame_counts.front().blocks == c.columns * c.rows) {
+        text += "; all blocks of the frame differ, as by a setting";
+    }
+    text += std::string("\n         settings: ") + SettingsOf(stage);
+    return Line("suspect", text);
 }
 
 std::string StagesText(const Comparison& c) {
@@ -146,10 +179,15 @@ std::string FirstText(const Comparison& c) {
     const Difference& lead = c.first.front();
     std::string text =
         Line("first", Format("frame %lld (files %04lld_*)", static_cast<long long>(lead.frame),
-                             static_cast<long long>(lead.frame + 1)) +
+                             static_cast<long long>(lead.frame) + 1) +
                           Place(c, lead, true));
     text += Line("stage", std::string(StageName(lead.stage)) + ": " + ValueText(lead));
     text += ThereText(c) + SourcesText(lead) + SuspectText(c) + StagesText(c) + FramesText(c);
+    return text;
+}
+
+std::string MoreText(const Comparison& c) {
+    std::string text;
     for (std::size_t i = 1; i < c.first.size(); ++i) {
         const Difference& d = c.first[i];
         text +=
@@ -217,6 +255,7 @@ std::string TextReport(const Comparison& c, bool colour) {
     for (const auto& [label, line] : c.findings) {
         if (!Explains(label)) text += Line(label, line);
     }
+    text += MoreText(c);
     for (const auto* lines : {&c.notes, &c.trouble}) {
         for (const auto& [label, line] : *lines) text += Line(label, line);
     }

@@ -116,7 +116,7 @@ std::string Run::PathOf(FileKind kind, int64_t frame) const {
     if (!single.empty()) return single;
     if (!IsFrameFile(kind)) return (fs::path(feature) / KindName(kind)).string();
     char number[24];
-    std::snprintf(number, sizeof number, "%04lld", static_cast<long long>(frame + 1));
+    std::snprintf(number, sizeof number, "%04lld", static_cast<long long>(frame) + 1);
     return (fs::path(feature) / (std::string(number) + KindName(kind))).string();
 }
 

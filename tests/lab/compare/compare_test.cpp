@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "lab/compare/report.h"
 #include "tests/lab/support/dump_writer.h"
 #include "tests/support/program.h"
 
@@ -78,23 +79,26 @@ TEST_F(CompareProgram, ReportsTheFirstDifferenceAndCountsTheRest) {
                   v + 1, v + 1, v ^ (v + 1));
     const Outcome outcome = Compare({"golden", "rtl", "--limit", "0"});
     EXPECT_EQ(outcome.nExit, 1);
-    EXPECT_EQ(outcome.sOut,
-              "DIFFER   rtl against golden: 20 frames, 144 blocks\n"
-              "first    frame 15 (files 0016_*)   block x 12, y 0   pixels 96..111, 0..15 at "
-              "stride 8\n"
-              "stage    vector: y moment of cell 2   " +
-                  std::string(values) +
-                  "\n"
-                  "         same there: luma, 9 of 10 vector elements, length class, reference, "
-                  "distance, active\n"
-                  "         shown by hogmd_golden.txt, 0016_HOGCur.txt, 0016_Full.json, "
-                  "0016_Full.csv\n"
-                  "suspect  gradients or moments: the mean luma is the same\n"
-                  "stages   luma 0   vector 14   length 0   reference 0   distance 1   active 0   "
-                  "box 1   blocks that differ\n"
-                  "frames   15: 3   17: 6   18: 6   later ones may follow from frame 15\n"
-                  "looks like: always +1, always the y moment of cell 2, always block column 12\n"
-                  "missing  frame 2 in rtl: NNNN_HOGCur.txt\n");
+    EXPECT_EQ(
+        outcome.sOut,
+        "DIFFER   rtl against golden: 20 frames, 144 blocks\n"
+        "first    frame 15 (files 0016_*)   block x 12, y 0   pixels 96..111, 0..15 at "
+        "stride 8\n"
+        "stage    vector: y moment of cell 2   " +
+            std::string(values) +
+            "\n"
+            "         same there: luma, 9 of 10 vector elements, length class, reference, "
+            "distance, active\n"
+            "         shown by hogmd_golden.txt, 0016_HOGCur.txt, 0016_Full.json, "
+            "0016_Full.csv\n"
+            "suspect  gradients, the border of a block, or moments: the mean luma is the same\n"
+            "         settings: MD_Padding_Method, MD_HogGradX, MD_HogGradY, "
+            "MD_HogMagnitudeWeightEn, MD_ShiftMetric2_Th, MD_HogNormalizeMode\n"
+            "stages   luma 0   vector 14   length 0   reference 0   distance 1   active 0   "
+            "box 1   blocks that differ\n"
+            "frames   15: 3   17: 6   18: 6   later ones may follow from frame 15\n"
+            "looks like: always +1, always the y moment of cell 2, always block column 12\n"
+            "missing  frame 2 in rtl: NNNN_HOGCur.txt\n");
     // More in full, in order.
     const Outcome more = Compare({"golden", "rtl", "--limit", "9"});
     ExpectText(more, "more     frame 17   block x 5, y 0   distance: distance");
@@ -303,6 +307,18 @@ TEST_F(CompareProgram, FindsThePixelOfAVideo) {
     const Outcome unknown = Compare({"plain.yuv", "short.yuv"});
     EXPECT_EQ(unknown.nExit, 2);
     EXPECT_EQ(Compare({"plain.yuv", "short.yuv", "--size", "8x6"}).nExit, 1);
+}
+
+TEST_F(CompareProgram, NamesSettingsThatExist) {
+    const std::string known = ReadAll(fs::path(MD_SOURCE_DIR) / "cfg/default.cfg");
+    for (int s = 0; s < lab::kStageCount; ++s) {
+        std::istringstream words(lab::SettingsOf(static_cast<lab::Stage>(s)));
+        for (std::string word; words >> word;) {
+            if (word.ends_with(',')) word.pop_back();
+            const bool key = word.starts_with("MD_") || word.ends_with("Path");
+            EXPECT_TRUE(!key || known.find("\n" + word + " =") != std::string::npos) << word;
+        }
+    }
 }
 
 TEST_F(CompareProgram, LeavesFilesForPrograms) {
