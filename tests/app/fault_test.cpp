@@ -49,6 +49,29 @@ TEST(Fault, EveryStepOfMemoryEndsInAMessageOrARun) {
     EXPECT_EQ(aMissing.count("the comp canvas\n"), 1U);
 }
 
+// Three frames may fill 2^31 - 1 bytes. One step below that the run goes on, to find no memory for
+// a frame in the space that it is given.
+TEST(Fault, LargestFrameEndsAtTheLimitOfThree) {
+#if defined __SANITIZE_ADDRESS__ || defined MD_COVERAGE
+    GTEST_SKIP() << "the sanitizer reserves terabytes, the profile fails by itself";
+#endif
+    const TempFolder tFolder;
+    WriteAll(tFolder / "a.cfg",
+             BaseConfig(16, 16) + "InputFileType = 1\nMD_Scale_KeepAspectRatio = 1\n");
+    for (const auto& [szHeight, szWant] :
+         {std::pair{"29826160", "ERROR: no memory for the current frame\n"},
+          {"29826162",
+           "ERROR: working frame 16x29826162 is too large: three of them should fit "
+           "2147483647 bytes\n"}}) {
+        const std::string sName = std::string("a_16x") + szHeight + "_P420.yuv";
+        const Outcome t = RunProgram(
+            tFolder.Path(),
+            {"sh", "-c",
+             "ulimit -v 100000\nexec " MD_PROGRAM " -d a.cfg -p InputFilePath=" + sName});
+        EXPECT_TRUE(t.sOut.ends_with(szWant)) << t;
+    }
+}
+
 // Settings refuse on standard error, missing memory among the rest. The text that finds none is the
 // folder of a long name.
 TEST(Fault, MissingMemoryForSettingsShowsOnStandardError) {
