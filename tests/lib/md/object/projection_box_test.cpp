@@ -196,6 +196,12 @@ TEST(BoxTemporalGrow, HoldsUpToItsBounds) {
             EXPECT_EQ(st.nStableRun, t.nRun + 1) << t.szWhat;
         }
     }
+    // The first frame has no last one: the sum is its own area.
+    BlockScene s(160, 112);
+    s.tResult.tObjects[0] = ObjectAt({0, 10, 0, 13});
+    tProjectionState = {};
+    EXPECT_EQ(BoxTemporalGrow(19, 13, 0, &s.tResult), 0);
+    EXPECT_EQ(tProjectionState.nAreaSum, 130);
     // A frame without a box starts all anew.
     tProjectionState.nStableRun = 9;
     tProjectionState.nAreaSum = tProjectionState.aAreaRing[0] = 50;
