@@ -118,6 +118,43 @@ TEST_P(GridCluster, RegionsEndWhereTheGridSays) {
     }
 }
 
+TEST_P(GridCluster, TakesTheFirstOfTheBestRegionsWithAnArea) {
+    const Tuning& t = GetParam();
+    const int32_t nFar = 3 * t.nCellW / 8 + 1;  // a column of the fourth region
+    const auto RunBoth = [&](int32_t nFirstDist, int32_t nSecondDist) {
+        SetUp();
+        BlockScene s(t.nWidth, t.nHeight);
+        s.Fill(1, 1, t.nCols, t.nRows, nFirstDist);
+        s.Fill(nFar, 1, nFar + t.nCols - 1, t.nRows, nSecondDist);
+        PpGridCluster(&s.tConfig, &s.tResult);
+        return BoxOf(s.tResult);
+    };
+    EXPECT_EQ(RunBoth(200, 200), BoxAt(1, 1));
+    EXPECT_EQ(RunBoth(200, 201), BoxAt(nFar, 1));
+    EXPECT_EQ(RunBoth(201, 200), BoxAt(1, 1));
+    SetUp();
+    BlockScene tRow(t.nWidth, t.nHeight);
+    tRow.Fill(1, 1, t.nMinBlocks + 1, 1, 255);
+    PpGridCluster(&tRow.tConfig, &tRow.tResult);
+    EXPECT_EQ(BoxOf(tRow.tResult), Box{}) << "a row of blocks has no area";
+}
+
+// A region side by side with a good one joins it only if it has enough blocks itself.
+TEST_P(GridCluster, JoinsRegionsWithEnoughBlocks) {
+    const Tuning& t = GetParam();
+    const int32_t nEnd = t.nCellW / 8;  // the first column of the second region
+    for (const int32_t nBlocks : {t.nMinBlocks, t.nMinBlocks + 1}) {
+        SetUp();
+        BlockScene s(t.nWidth, t.nHeight);
+        s.Fill(nEnd - t.nCols, 1, nEnd - 1, t.nRows, 255);
+        for (int32_t i = 0; i < nBlocks; ++i) s.Set(nEnd + i % t.nCols, 1 + i / t.nCols, 255);
+        PpGridCluster(&s.tConfig, &s.tResult);
+        Box tWant = BoxAt(nEnd - t.nCols, 1);
+        if (nBlocks > t.nMinBlocks) tWant.right += 8 * t.nCols;
+        EXPECT_EQ(BoxOf(s.tResult), tWant) << nBlocks;
+    }
+}
+
 // A fifth frame of the same blocks: 35 of 100 parts of each frame's mean, cut after each.
 TEST_P(GridCluster, ScoreFollowsTheMeanWithThirtyFivePercent) {
     const Tuning& t = GetParam();
