@@ -17,7 +17,8 @@ struct Refinement {
     int32_t nNear, nCnt;
     int32_t nLuma;  // luma difference of every block
     bool bListed;
-    int32_t nState;  // its new count, with kRefineActive
+    int32_t nState;          // its new count, with kRefineActive
+    int32_t nLumaShort = 0;  // what the first block's difference is less
 };
 
 constexpr int32_t kOn = kRefineActive;
@@ -26,6 +27,7 @@ void ExpectRefined(const Refinement& t, int32_t nPpFrame) {
     BlockScene s(48, 48);
     s.Set(2, 2, t.v);
     for (BlockFeature& f : s.aFeatures) f.nAvgY = static_cast<uint8_t>(t.nLuma);
+    s.aFeatures[0].nAvgY = static_cast<uint8_t>(t.nLuma - t.nLumaShort);
     ProjectionState& st = tProjectionState;
     st = {};
     st.nPpFrame = nPpFrame;
@@ -62,6 +64,7 @@ TEST(BlkRefine, HoldsUpToItsBounds) {
         {"luma of 1 keeps it", 16, 16, 16, 2, 2, 1, true, 3 | kOn},
         {"luma of 2, at", 30, 30, 30, 2, 2, 2, false, 1},
         {"luma of 2, over", 31, 31, 31, 2, 2, 2, true, 3 | kOn},
+        {"mean luma below 2, cut", 16, 16, 16, 2, 2, 2, true, 3 | kOn, 1},
         {"luma of 11, at", 165, 165, 165, 2, 2, 11, false, 1},
         {"luma of 11, over", 166, 166, 166, 2, 2, 11, true, 3 | kOn},
         {"largest threshold", 169, 169, 169, 2, 2, 255, false, 1},
