@@ -9,4 +9,5 @@ for preset in release asan; do
     cmake --build --preset "$preset"
     ctest --preset "$preset" -j "$(nproc)"
 done
+tests/lab/sweep/faults.sh build/release/bin cfg/default.cfg all
 scripts/fuzz.sh 4
