@@ -19,7 +19,7 @@ platform_cases=(
 
 # Makes the clip that all cases read, with a compiler of this machine.
 platform_clip() {
-    g++ -O2 -std=c++20 -I. tools/make_clip.cpp tools/squares.cpp tools/walker.cpp -o "$1.tool"
+    g++ -O2 -std=c++20 -I. tools/{make_clip,scenes,squares,street,walker}.cpp -o "$1.tool"
     "$1.tool" 320 180 24 "$1"
 }
 
