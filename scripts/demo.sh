@@ -1,8 +1,17 @@
 #!/usr/bin/env bash
-# Set-up, release build, and one whole run on a clip made on the spot; names at the end what lies
-# where. Everything it makes is under build/ and demo/.
+# Set-up, release build, one whole run on a clip made on the spot, and a report of it; names at the
+# end what lies where. Everything it makes is under build/ and demo/.
+#
+#     demo.sh [--quick]     --quick: without the report
 set -euo pipefail
 cd "$(dirname "$0")/.."
+
+report=yes
+case ${1:-} in
+--quick) report=no ;;
+'') ;;
+*) echo "usage: $0 [--quick]" >&2 && exit 2 ;;
+esac
 
 mkdir -p demo
 log=demo/demo.log
@@ -19,7 +28,14 @@ step() {
 bin=build/release/bin
 step "set-up" scripts/setup.sh
 step "configuring the build" cmake --preset release
-step "the build" cmake --build --preset release --target MD make_clip
+targets=(MD make_clip)
+# Without node there is no report, without its libraries no mdlab at all.
+if [ $report = yes ] && [ -d lab ] && grep -q '^build mdlab:' build/release/build.ninja; then
+    targets+=(mdlab)
+else
+    report=no
+fi
+step "the build" cmake --build --preset release --target "${targets[@]}"
 rm -rf demo/out
 step "making the clip" $bin/make_clip 640 360 120 demo/walker.yuv
 step "encoding the clip" ffmpeg -y -v error -f rawvideo -pix_fmt yuv420p -s 640x360 -r 25 \
@@ -31,6 +47,11 @@ step "the run" $bin/MD -d cfg/default.cfg -p MD_DbgEn=0x37a
 boxes=$(grep -c '^MotionDetected=1' "$log")
 frames=$(grep -c '^\*\*\*\*\*frame' "$log")
 mv "$log" demo/run.log
+if [ $report = yes ] && $bin/mdlab report --help >/dev/null 2>&1; then
+    step "the report" $bin/mdlab report --out demo/report.html -- -d cfg/default.cfg
+else
+    report=no
+fi
 echo "MD found motion in $boxes of $frames frames. Under demo/ lie:"
 cat <<'LIST'
 walker.mp4                            the clip that went in
@@ -47,3 +68,7 @@ out/HOG_feature/hogmd_golden.txt      features of all frames
 out/HOG_feature/hogmd_dist.txt        distances and active blocks of all frames
 out/HOG_feature/HOGCount.txt          one line per run
 LIST
+rm -f "$log"
+if [ $report = yes ]; then
+    echo "report.html                           why each block is active or not: open it in a browser"
+fi

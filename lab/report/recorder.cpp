@@ -124,12 +124,13 @@ void Recorder::KeepVectors(const ReplayedFrame& frame) {
     const int reference = std::max(frame_index - tSimParams.tMd.nMD_RefFrmIdx, 0);
     Waiting now;
     now.wanted.resize(static_cast<size_t>(blocks_));
-    const int planes = VectorPlanes();
-    now.planes.resize(static_cast<size_t>(blocks_ * planes));
-    for (int i = 0; i < blocks_; ++i) {
+    const auto blocks = static_cast<size_t>(blocks_);
+    const auto planes = static_cast<size_t>(VectorPlanes());
+    now.planes.resize(blocks * planes);
+    for (size_t i = 0; i < blocks; ++i) {
         const BlockFeature& feature = tMdResult.pCurFeat[i];
-        for (int p = 0; p < planes; ++p) {
-            now.planes[static_cast<size_t>(p * blocks_ + i)] =
+        for (size_t p = 0; p < planes; ++p) {
+            now.planes[p * blocks + i] =
                 static_cast<char>(p < kVectorSize ? feature.v[p] : feature.histNorm2);
         }
     }
