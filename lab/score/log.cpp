@@ -85,7 +85,8 @@ void LogReader::Line(std::string_view line) {
         frame_ = -1;
     } else if (line == "finish.") {
         ++finish_lines_;
-    } else if (line.starts_with("INFO: exec: ") && line.find("-vf scale=") != line.npos) {
+    } else if (line.starts_with("INFO: exec: ") &&
+               line.find("-vf scale=") != std::string_view::npos) {
         scaling = ScalingOf(line);
     } else if (line.starts_with("INFO: set output H to ")) {
         std::array<int32_t, 1> number{};

@@ -57,7 +57,7 @@ std::string NormalTaps(const InputMapEntry& row, const std::string& text) {
 
 std::string NormalText(const InputMapEntry& row, const std::string& text) {
     if (text.size() >= kPathSize) RefuseValue(row, text, "longer than 511 bytes");
-    if (text.find_first_of("#\"\n") != text.npos) {
+    if (text.find_first_of("#\"\n") != std::string::npos) {
         RefuseValue(row, text, "a settings file cannot hold '#', '\"' or a line end in a text");
     }
     return IsTaps(row) ? NormalTaps(row, text) : text;

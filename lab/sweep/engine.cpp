@@ -45,7 +45,7 @@ void WriteExecutable(const std::string& path, const std::string& text) {
 std::string ProfileFolder(const std::string& profile, const std::string& folder) {
     if (profile != "slurm" || fs::exists("slurm/config.yaml"))
         return fs::absolute(profile).string();
-    const std::string made = folder + "/slurm";
+    std::string made = folder + "/slurm";
     fs::create_directory(made);
     WritePlain(made + "/config.yaml", kSlurmConfig);
     WriteExecutable(made + "/status.sh", kSlurmStatus);
@@ -76,6 +76,7 @@ std::vector<std::string> CommandLine(const EngineJobs& jobs, const EngineOptions
     dup2(file, STDERR_FILENO);
     setenv("XDG_CACHE_HOME", cache.c_str(), 1);
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
     execvp(arguments[0], arguments.data());
@@ -146,10 +147,10 @@ std::map<std::string, std::string> FailureNotes(const std::string& folder) {
     std::map<std::string, std::string> notes;
     for (const auto& entry : fs::directory_iterator(folder + "/failed")) {
         std::string text = ReadTextFile(entry.path().string());
-        for (size_t end = 0; (end = text.find('\n')) != text.npos; text.erase(0, end + 1)) {
+        for (size_t end = 0; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
             const std::string line = text.substr(0, end);
             const size_t tab = line.find('\t');
-            if (tab == line.npos) continue;
+            if (tab == std::string::npos) continue;
             std::string id = line.substr(0, tab);
             if (id == "*") id += entry.path().filename().string();
             notes[id] = line.substr(tab + 1);

@@ -55,7 +55,7 @@ void ReadAll(int read_end, LogReader* log) {
 void ReadErrors(const std::string& path, MdOutcome* outcome) {
     LogReader errors;
     const std::string text = ReadTextFile(path);
-    outcome->warned = text.find("[Warning]") != text.npos;
+    outcome->warned = text.find("[Warning]") != std::string::npos;
     errors.Add(text);
     errors.Finish();
     outcome->complaint = errors.complaint.empty() ? outcome->log.complaint : errors.complaint;

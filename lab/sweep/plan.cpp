@@ -68,7 +68,8 @@ class Reader {
             if (!known.empty() && known.count(word) == 0) {
                 std::string all;
                 for (const std::string& name : known) all += (all.empty() ? "" : ", ") + name;
-                Refuse(item.first, word + " is not known here; known: " + all);
+                Refuse(item.first,
+                       std::string(word).append(" is not known here; known: ").append(all));
             }
             if (!seen.insert(word).second) Refuse(item.first, word + " stands here twice");
         }

@@ -25,12 +25,12 @@ double NumberOf(const std::string& text, const std::string& whole) {
 
 std::vector<std::string> ValuesOf(const InputMapEntry& row, const std::string& text) {
     const size_t dots = text.find("..");
-    if (row.Type == kTypeString || dots == text.npos) return {NormalValue(row, text)};
+    if (row.Type == kTypeString || dots == std::string::npos) return {NormalValue(row, text)};
     const size_t word = text.find(" step ", dots);
     const double first = NumberOf(text.substr(0, dots), text);
     const double last =
-        NumberOf(text.substr(dots + 2, word == text.npos ? word : word - dots - 2), text);
-    const double step = word == text.npos ? 1 : NumberOf(text.substr(word + 6), text);
+        NumberOf(text.substr(dots + 2, word == std::string::npos ? word : word - dots - 2), text);
+    const double step = word == std::string::npos ? 1 : NumberOf(text.substr(word + 6), text);
     if (step <= 0 || last < first) throw Error(text + ": a range counts upwards");
     if (row.Type == kTypeInteger && (first != std::floor(first) || step != std::floor(step))) {
         throw Error(text + ": " + row.TokenName + " takes whole numbers");

@@ -7,7 +7,7 @@ namespace lab {
 namespace {
 
 std::string CsvCell(const std::string& text) {
-    if (text.find_first_of(",\"\n\r") == text.npos) return text;
+    if (text.find_first_of(",\"\n\r") == std::string::npos) return text;
     std::string quoted = "\"";
     for (const char c : text) {
         if (c == '"') quoted += '"';

@@ -65,7 +65,7 @@ std::string RunText(const StoredRun& run) {
 std::string_view WholeText(std::string_view text) {
     if (text.empty() || text.back() != '\n') return {};
     const size_t last = text.rfind('\n', text.size() - 2);
-    if (last == text.npos || !text.starts_with(kHead)) return {};
+    if (last == std::string_view::npos || !text.starts_with(kHead)) return {};
     const std::string_view body = text.substr(0, last + 1);
     std::string_view line = text.substr(last + 1);
     line.remove_suffix(1);

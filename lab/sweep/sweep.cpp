@@ -25,7 +25,6 @@ namespace lab {
 namespace {
 
 constexpr double kChunkSeconds = 20;
-constexpr int32_t kVideo = 1;  // InputFileType
 
 std::string ValueOf(const Settings& settings, const char* key) {
     return settings[static_cast<size_t>(RowOf(key))];

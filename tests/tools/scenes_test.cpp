@@ -55,7 +55,7 @@ TEST(Scenes, LabelsHoldAllThatDiffersFromTheEmptyStreet) {
             for (const Row& t : aRows) bLabelled |= t.nFirst <= n && n <= t.nLast;
             for (int y = 0; y < kClip.nHeight; ++y) {
                 for (int x = 0; x < kClip.nWidth; ++x) {
-                    const auto i = static_cast<size_t>(y * kClip.nWidth + x);
+                    const size_t i = static_cast<size_t>(y) * kClip.nWidth + static_cast<size_t>(x);
                     if (sScene[i] == sEmpty[i]) continue;
                     bool bHeld = false;
                     for (const Row& t : aRows) {

@@ -25,7 +25,7 @@ Span SpanOf(const InputMapEntry& row, int at) {
         "MD_ScaledW MD_ScaledH MD_Scale_KeepAspectRatio "
         "MD_Bbox_PP_Window StartFrameIdx FramesToBeProcessed";
     const bool drawn = row.Type == kTypeInteger && row.LimitKind == kLimitBoth && !SetBySweep(at) &&
-                       fixed.find(row.TokenName) == fixed.npos;
+                       fixed.find(row.TokenName) == std::string::npos;
     if (!drawn) return {};
     const std::string key = row.TokenName;
     if (key == "MD_HogCellSize") return {16, 0};
