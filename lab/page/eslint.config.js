@@ -18,6 +18,7 @@ const both = [
     "URL",
     "URLSearchParams",
     "DecompressionStream",
+    "TextDecoder",
     "Blob",
     "Response",
     "atob",
