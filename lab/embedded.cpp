@@ -10,6 +10,7 @@
 EMBED(mdlab_default_cfg, MDLAB_DEFAULT_CFG);
 #ifdef MDLAB_REPORT_PAGE
 EMBED(mdlab_report_page, MDLAB_REPORT_PAGE);
+EMBED(mdlab_sweep_page, MDLAB_SWEEP_PAGE);
 #endif
 
 namespace lab {
@@ -21,6 +22,14 @@ std::string_view DefaultCfg() {
 std::string_view ReportPage() {
 #ifdef MDLAB_REPORT_PAGE
     return {mdlab_report_page, static_cast<size_t>(mdlab_report_page_end - mdlab_report_page)};
+#else
+    return {};
+#endif
+}
+
+std::string_view SweepPage() {
+#ifdef MDLAB_REPORT_PAGE
+    return {mdlab_sweep_page, static_cast<size_t>(mdlab_sweep_page_end - mdlab_sweep_page)};
 #else
     return {};
 #endif

@@ -11,4 +11,7 @@ std::string_view DefaultCfg();
 // The template of the report page (lab/report/FORMAT.md); empty in a build without node.
 std::string_view ReportPage();
 
+// The template of the sweep page, likewise.
+std::string_view SweepPage();
+
 }  // namespace lab

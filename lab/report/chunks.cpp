@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 #include "lab/report/spool.h"
 
 namespace lab {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "lab/probe/tools.h"
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 #include "lab/report/run_facts.h"
 #include "lab/report/spool.h"
 

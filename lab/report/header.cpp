@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 
 namespace lab {
 

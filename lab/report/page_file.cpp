@@ -1,17 +1,12 @@
 #include "lab/report/page_file.h"
 
-#include <array>
-
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 #include "lab/report/spool.h"
 #include "lab/tool/error.h"
 
 namespace lab {
 
 namespace {
-
-constexpr std::array<std::string_view, 4> kMarks = {"<!--md:title-->", "<!--md:verdict-->",
-                                                    "<!--md:header-->", "<!--md:data-->"};
 
 std::string Open(const std::string& type, const std::string& id) {
     return "<script type=\"" + type + "\" id=\"" + id + "\">";
@@ -24,27 +19,6 @@ std::string OpenData(const DataBlock& block) {
 }
 
 }  // namespace
-
-int64_t PageTemplate::Size() const {
-    return static_cast<int64_t>(before_title.size() + before_verdict.size() + before_header.size() +
-                                before_data.size() + after_data.size());
-}
-
-PageTemplate CutTemplate(std::string_view page) {
-    std::array<std::string, kMarks.size() + 1> pieces;
-    for (size_t i = 0; i < kMarks.size(); ++i) {
-        const size_t at = page.find(kMarks[i]);
-        if (at == std::string_view::npos ||
-            page.find(kMarks[i], at + 1) != std::string_view::npos) {
-            throw Error("internal error: the page's template has not one mark " +
-                        std::string(kMarks[i]));
-        }
-        pieces[i] = page.substr(0, at);
-        page.remove_prefix(at + kMarks[i].size());
-    }
-    pieces.back() = page;
-    return {pieces[0], pieces[1], pieces[2], pieces[3], pieces[4]};
-}
 
 std::string JsonForPage(const nlohmann::json& json) {
     const std::string text = json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);

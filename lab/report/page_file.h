@@ -6,19 +6,11 @@
 #include <string_view>
 #include <vector>
 
+#include "lab/page/template.h"
 #include "lab/report/chunks.h"
 #include "lab/tool/result_file.h"
 
 namespace lab {
-
-// The pieces of a template between its marks.
-struct PageTemplate {
-    std::string before_title, before_verdict, before_header, before_data, after_data;
-    [[nodiscard]] int64_t Size() const;
-};
-
-// Throws Error if a mark is missing, doubled or out of order.
-PageTemplate CutTemplate(std::string_view page);
 
 // Texts that the writer puts in; all of them html.
 struct PageTexts {

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 #include "lab/tool/error.h"
 #include "md/object/projection_box.h"
 #include "md/run_state.h"

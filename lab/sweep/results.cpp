@@ -1,5 +1,6 @@
 #include "lab/sweep/results.h"
 
+#include "lab/embedded.h"
 #include "lab/tool/result_file.h"
 
 namespace lab {
@@ -77,7 +78,9 @@ void WriteCsv(const SweepResults& sweep, const std::string& path) {
 void WriteResults(const SweepResults& sweep, const std::string& folder) {
     WriteCsv(sweep, folder + "/results.csv");
     WriteSqlite(sweep, folder + "/results.sqlite");
-    WriteJson(sweep, folder + "/results.json");
+    const std::string json = folder + "/results.json";
+    WriteJson(sweep, json);
+    if (!SweepPage().empty()) WriteSweepPage(sweep, SweepPage(), json, folder + "/sweep.html");
 }
 
 }  // namespace lab

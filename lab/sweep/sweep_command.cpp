@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 
+#include "lab/embedded.h"
 #include "lab/sweep/results.h"
 #include "lab/sweep/sweep.h"
 #include "lab/tool/command.h"
@@ -130,7 +131,8 @@ int Summary(const SweepResults& sweep, const SweepOptions& options) {
     PrintOthers(sweep, RunStatus::kRefused);
     const std::vector<size_t> order = BestFirst(sweep);
     PrintBest(sweep, order);
-    std::printf("\nresults: %s/results.csv, results.sqlite, results.json\n", options.into.c_str());
+    std::printf("\nresults: %s/results.csv, results.sqlite, results.json%s\n", options.into.c_str(),
+                SweepPage().empty() ? "" : ", sweep.html");
     std::fflush(stdout);
     PrintOthers(sweep, RunStatus::kFailed);
     if (sweep.interrupted) {

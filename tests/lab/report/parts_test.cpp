@@ -7,7 +7,7 @@
 #include "lab/embedded.h"
 #include "lab/probe/clip_probe.h"
 #include "lab/report/header.h"
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 #include "lab/report/page_file.h"
 #include "lab/report/recorded_run.h"
 #include "lab/report/recorder.h"

@@ -1,4 +1,4 @@
-#include "lab/report/pack.h"
+#include "lab/page/pack.h"
 
 #include <zlib.h>
 
