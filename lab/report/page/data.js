@@ -115,44 +115,31 @@ function addBlocks(run, head, source, callbacks) {
     };
 }
 
+// Luma and vectors can be those of the other run, so stores are shared through the source: a data block
+// can be taken from the page only once.
+function sharedStore(head, kind, source, open, callbacks) {
+    source.stores ??= new Map();
+    if (!source.stores.has(kind)) {
+        source.stores.set(kind, chunkStore(head, kind, source, open, callbacks));
+    }
+    return source.stores.get(kind);
+}
+
 function addFeatures(run, head, source, callbacks) {
     const per = head.chunk_frames;
     const { blocks } = run.grid;
-    const none = { get: () => null };
-    const means =
-        run.luma_of === null
-            ? none
-            : chunkStore(
-                  head,
-                  `l${run.luma_of}`,
-                  source,
-                  (bytes, frames) => openMeans(bytes, { blocks, frames }),
-                  callbacks,
-              );
-    const vectors =
-        run.vectors_of === null
-            ? none
-            : chunkStore(
-                  head,
-                  `v${run.vectors_of}`,
-                  source,
-                  (bytes, frames) => openVectors(bytes, { blocks, frames, weights: run.weights }),
-                  callbacks,
-              );
-    const refined =
-        run.method !== 2
-            ? none
-            : chunkStore(
-                  head,
-                  `r${run.number}`,
-                  source,
-                  (bytes, frames) => {
-                      if (bytes.length !== blocks * frames)
-                          throw new RangeError("cases of another size");
-                      return bytes;
-                  },
-                  callbacks,
-              );
+    const store = (wanted, kind, open) =>
+        wanted ? sharedStore(head, kind, source, open, callbacks) : { get: () => null };
+    const means = store(run.luma_of !== null, `l${run.luma_of}`, (bytes, frames) =>
+        openMeans(bytes, { blocks, frames }),
+    );
+    const vectors = store(run.vectors_of !== null, `v${run.vectors_of}`, (bytes, frames) =>
+        openVectors(bytes, { blocks, frames, weights: run.weights }),
+    );
+    const refined = store(run.method === 2, `r${run.number}`, (bytes, frames) => {
+        if (bytes.length !== blocks * frames) throw new RangeError("cases of another size");
+        return bytes;
+    });
     const covered = (range, f) =>
         range !== null &&
         Math.floor(f / per) >= Math.floor(range[0] / per) &&

@@ -64,6 +64,17 @@ export function frameSentence(r) {
     return gate === "" ? reason : `${reason} ${gate}`;
 }
 
+// The setting to turn where a frame has no box, or null: the one that the sentence speaks of.
+export function frameKey(r) {
+    const gate = {
+        2: "MD_Bbox_PP_Window",
+        4: "MD_PP_Area_Converge_Thresh",
+        5: "MD_PP_Aspect_Converge_Thresh",
+    };
+    const reason = { 10: "MD_BlkCnt_Th", 11: "MD_BlkCnt_Th", 1: "MD_RefFrmIdx" };
+    return gate[r.gate] ?? reason[r.reason] ?? null;
+}
+
 // The record of frame f from a run's frame table.
 export function frameRecord(run, f) {
     const c = run.columns;

@@ -74,6 +74,7 @@ export function inspect(run, f, index) {
         up: places[1].distance,
         upRight: places[2].distance,
         left: places[3].distance,
+        meanKept: run.hasMeans(f),
         mean: means === null ? null : means[index],
         meanReference: referenceMeans === null ? null : referenceMeans[index],
         lumaDiff:

@@ -47,6 +47,30 @@ function parseRow(fields, clip) {
     return { first: a - clip.first, last: b - clip.first, box, what: fields[6] };
 }
 
+// What a run makes of the labels: of each row the frames reported and the first that was missed (-1:
+// none); and how many frames were reported outside all rows. `reported(f)` says whether frame f was.
+export function judge(rows, frames, reported) {
+    const labelled = new Uint8Array(frames);
+    const each = rows.map(({ first, last }) => {
+        let found = 0;
+        let missed = -1;
+        for (let f = first; f <= last; ++f) {
+            labelled[f] = 1;
+            if (reported(f)) ++found;
+            else if (missed < 0) missed = f;
+        }
+        return { frames: last - first + 1, found, missed };
+    });
+    let outside = 0;
+    let firstOutside = -1;
+    for (let f = 0; f < frames; ++f) {
+        if (labelled[f] === 1 || !reported(f)) continue;
+        ++outside;
+        if (firstOutside < 0) firstOutside = f;
+    }
+    return { each, outside, firstOutside };
+}
+
 // A rectangle of working pixels (any two corners) as a box of the input.
 export function toInputBox([x0, y0, x1, y1], clip) {
     const along = (p, q, working, input) => {

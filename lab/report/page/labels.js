@@ -2,7 +2,9 @@
 // boxes dragged on the picture, and the list is saved as a csv that sweeps and scores read.
 
 import { append, fill, h } from "../../page/dom.js";
-import { fromCsv, kWhats, toCsv, toInputBox, toWorkingBox } from "./label_rows.js";
+import { plural } from "../../page/format.js";
+import { isReported } from "./frame_words.js";
+import { fromCsv, judge, kWhats, toCsv, toInputBox, toWorkingBox } from "./label_rows.js";
 
 const kInk = { motion: "#ffe14d", ignore: "#c8a2ff" };
 
@@ -22,6 +24,7 @@ export function createLabels(app) {
         showBox(labels);
     });
     app.store.on(["frame"], () => showBox(labels));
+    app.store.on(["view"], () => render(labels));
     render(labels);
     return labels;
 }
@@ -80,7 +83,39 @@ function render(labels) {
                 "anywhere). Save the list, and mdlab score or sweep measures runs against it.",
         ),
         commands(labels),
-        labels.rows.length === 0 ? h("p", null, "No label yet.") : table(labels),
+        labels.rows.length === 0 ? h("p", null, "No label yet.") : [table(labels), outside(labels)],
+    );
+}
+
+const verdicts = (labels) => {
+    const run = labels.app.shownRun();
+    return judge(labels.rows, run.frames, (f) => isReported(run, f));
+};
+
+// What was reported although no label asks for it.
+function outside(labels) {
+    const { outside: frames, firstOutside } = verdicts(labels);
+    if (frames === 0) return h("p.quiet", null, "No frame was reported outside the labels.");
+    return h(
+        "p",
+        null,
+        `Reported outside the labels: ${plural(frames, "frame")}, from `,
+        frameLink(labels, firstOutside),
+        ".",
+    );
+}
+
+const frameLink = (labels, f) =>
+    h("button.link", { type: "button", onclick: () => labels.app.go(f) }, number(labels, f));
+
+// How many frames of a label the run reported, and a link to the first that it missed.
+function found(labels, row, { frames, found: n, missed }) {
+    if (row.what !== "motion") return h("div.small.quiet", null, "judged by nothing");
+    return h(
+        "div.small.quiet",
+        null,
+        `found in ${n} of ${frames}`,
+        missed < 0 ? null : [", missed first in ", frameLink(labels, missed)],
     );
 }
 
@@ -117,6 +152,7 @@ function fromEvents(labels) {
 }
 
 function table(labels) {
+    const { each } = verdicts(labels);
     const head = ["", "First", "Last", "Box, pixels of the input", "What", ""];
     return h(
         "table",
@@ -132,12 +168,12 @@ function table(labels) {
         ),
         append(
             h("tbody"),
-            labels.rows.map((row, i) => rowOf(labels, row, i)),
+            labels.rows.map((row, i) => rowOf(labels, row, i, each[i])),
         ),
     );
 }
 
-function rowOf(labels, row, i) {
+function rowOf(labels, row, i, verdict) {
     const { app } = labels;
     const choose = () => {
         labels.chosen = i;
@@ -174,7 +210,7 @@ function rowOf(labels, row, i) {
         h("td", null, icon("▸", "Go to this label and draw its box", choose)),
         h("td", null, frameField("first")),
         h("td", null, frameField("last")),
-        h("td.small", null, box),
+        h("td.small", null, box, found(labels, row, verdict)),
         h("td", null, what),
         h("td", null, [
             row.box === null

@@ -85,7 +85,8 @@ function title(app, { run }, frame, block) {
     );
 }
 
-export function sentenceBox(r, label = null) {
+// The sentence, and the setting behind the test that decided.
+export function sentenceBox(app, r, label = null) {
     const { kind } = kOutcomes[r.outcome];
     const swatch =
         kind === null
@@ -97,13 +98,23 @@ export function sentenceBox(r, label = null) {
         { data: { outcome: r.outcome } },
         run,
         swatch,
-        h("p", null, rich(blockSentence(r))),
+        h("div", null, h("p", null, rich(blockSentence(r))), settingLink(app, r)),
+    );
+}
+
+function settingLink(app, r) {
+    const { key } = ladder(r).find((row) => row.state === "yes" || row.state === "no");
+    if (key === null) return null;
+    return h(
+        "button.link.mono",
+        { type: "button", title: "Open in Settings", onclick: () => app.openSetting(key) },
+        `${key} = ${r.s[key]}`,
     );
 }
 
 function single(app, { run, r }, frame, block) {
     return [
-        sentenceBox(r),
+        sentenceBox(app, r),
         h("div.facts", null, patches(app), around(r), values(run, r)),
         history(app, run, frame, block, r),
         h("h3", null, "How it was decided"),
@@ -116,7 +127,7 @@ function single(app, { run, r }, frame, block) {
 function compared(app, views, frame, block) {
     const there = views.filter((v) => v.r !== null);
     return [
-        ...there.map(({ run, r }) => sentenceBox(r, run.label)),
+        ...there.map(({ run, r }) => sentenceBox(app, r, run.label)),
         h(
             "div.facts",
             null,
@@ -213,7 +224,9 @@ function around(r) {
 
 function valueRows(r) {
     const mean =
-        r.mean === null ? ["left out", ""] : [String(r.mean), ` was ${r.meanReference ?? "?"}`];
+        r.mean === null
+            ? [r.meanKept ? "…" : "left out", ""]
+            : [String(r.mean), ` was ${r.meanReference ?? "?"}`];
     return [
         [
             "Distance",

@@ -69,7 +69,7 @@ function firstSection(app, { frame: f, block, stage }) {
             ? []
             : app.runs.map((run) => {
                   const r = inspect(run, f, block);
-                  return r === null ? null : sentenceBox(r, run.label);
+                  return r === null ? null : sentenceBox(app, r, run.label);
               });
     return h(
         "section",

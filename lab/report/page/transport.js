@@ -4,7 +4,8 @@
 import { fill, h, rich, svg } from "../../page/dom.js";
 import { clock } from "../../page/format.js";
 import { kSpeeds } from "./actions.js";
-import { frameRecord, frameSentence } from "./frame_words.js";
+import { frameKey, frameRecord, frameSentence } from "./frame_words.js";
+import { plain } from "./words.js";
 
 const kIcons = {
     first: "M3 2v10h2V2zM13 2L6 7l7 5z",
@@ -108,16 +109,29 @@ function speeds(app) {
 
 function sentence(app) {
     const node = h("div.sentence", { "aria-live": "polite" });
-    const update = () => {
-        const f = app.store.state.frame;
-        const lines = app.runs.map((run) => {
-            const text = rich(frameSentence(frameRecord(run, f)));
-            if (app.runs.length === 1) return h("p", null, text);
-            return h("p", null, h(`span.run.${run.label.toLowerCase()}`, null, run.label), text);
-        });
-        fill(node, lines);
-    };
+    const update = () =>
+        fill(
+            node,
+            app.runs.map((run) => line(app, run)),
+        );
     app.store.on(["frame"], update);
     update();
     return node;
+}
+
+// A click on the sentence opens the setting that it speaks of.
+function line(app, run) {
+    const record = frameRecord(run, app.store.state.frame);
+    const text = frameSentence(record);
+    const key = frameKey(record);
+    const label =
+        run.label === "" ? null : h(`span.run.${run.label.toLowerCase()}`, null, run.label);
+    const title = key === null ? plain(text) : `${plain(text)} Click: open ${key}.`;
+    const open = key === null ? null : () => app.openSetting(key);
+    return h(
+        `p${key === null ? "" : ".leads"}`,
+        { title, onclick: open ?? undefined },
+        label,
+        rich(text),
+    );
 }

@@ -175,6 +175,27 @@ test("a run finds thresholds by row, by frame or by block", async () => {
     }
 });
 
+test("a run that shares the luma of the other reads it too, though each block is taken once", async () => {
+    const [a, b] = [walkerRun({ frames: 3, w: 4, h: 3 }), walkerRun({ frames: 3, w: 4, h: 3 })];
+    const means = a.frames.map((_, f) => Array.from({ length: 12 }, (_v, i) => f + i));
+    const blocks = new Map([["md-l0-0", encode.encodeMeans(means)]]);
+    const source = {
+        bytes: (id) => {
+            const bytes = blocks.get(id) ?? null;
+            blocks.delete(id);
+            return Promise.resolve(bytes);
+        },
+    };
+    for (const run of [a, b]) Object.assign(run.record, { luma_of: 0, luma_frames: [0, 2] });
+    const clip = { frames: 3, first: 0, width: 40, height: 32 };
+    const head = { clip, chunk_frames: 60, runs: [a.record, b.record] };
+    const callbacks = { ready() {}, failed: assert.fail };
+    const runs = [a, b].map((run, n) => openRun(head, n, run.columns, source, callbacks));
+    for (const run of runs) run.means(1);
+    await new Promise((resolve) => setTimeout(resolve, 5));
+    for (const run of runs) assert.deepEqual([...run.means(1)], means[1]);
+});
+
 test("the distance from two vectors, as the chip computes it", () => {
     const v = (x, length = 1) => ({ v: Array.from({ length: 10 }, () => x), length });
     const text = (s, a, b) =>

@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { test } from "node:test";
-import { frameSentence } from "../../../lab/report/page/frame_words.js";
+import { frameKey, frameSentence } from "../../../lab/report/page/frame_words.js";
 import { refinementText } from "../../../lab/report/page/refinement.js";
 import { plain } from "../../../lab/report/page/words.js";
 import { kDefaults } from "./support/scene.js";
@@ -61,6 +61,14 @@ test("every word of the gate", () => {
     for (const [gate, g, text] of told)
         assert.equal(tell(40, [2], gate, g), `Motion: 2 active blocks. ${text}`);
     assert.equal(tell(40, [2], 0), "Motion: 2 active blocks.");
+});
+
+test("the setting that a frame's sentence speaks of", () => {
+    const key = (reason, gate) => frameKey({ reason, p: [], gate, g: [], s });
+    assert.equal(key(11, 1), "MD_BlkCnt_Th");
+    assert.equal(key(10, 2), "MD_Bbox_PP_Window");
+    assert.equal(key(20, 5), "MD_PP_Aspect_Converge_Thresh");
+    assert.equal(key(21, 0), null, "the limits of method 1 are built in");
 });
 
 test("every case of method 2's refinement, listed or not", () => {

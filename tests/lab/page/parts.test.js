@@ -7,7 +7,13 @@ import { createStore } from "../../../lab/page/store.js";
 import { neighbourStart, toggled } from "../../../lab/report/page/actions.js";
 import { readAddress, writeAddress } from "../../../lab/report/page/address.js";
 import * as compare from "../../../lab/report/page/compare.js";
-import { fromCsv, toCsv, toInputBox, toWorkingBox } from "../../../lab/report/page/label_rows.js";
+import {
+    fromCsv,
+    judge,
+    toCsv,
+    toInputBox,
+    toWorkingBox,
+} from "../../../lab/report/page/label_rows.js";
 import { eventRows } from "../../../lab/report/page/panel_events.js";
 import { runsOf, silhouette } from "../../../lab/report/page/tracks.js";
 import { walkerRun } from "./support/make.js";
@@ -131,6 +137,19 @@ test("labels to csv and back, with frames of the clip and pixels of the input", 
             new RegExp(`line 4: .*${error.source}`),
         );
     }
+});
+
+test("what a run makes of labels", () => {
+    const rows = [
+        { first: 2, last: 5, box: null, what: "motion" },
+        { first: 5, last: 7, box: null, what: "motion" },
+    ];
+    const verdict = judge(rows, 12, (f) => [2, 3, 5, 6, 7, 9, 11].includes(f));
+    assert.deepEqual(verdict.each, [
+        { frames: 4, found: 3, missed: 4 },
+        { frames: 3, found: 3, missed: -1 },
+    ]);
+    assert.deepEqual([verdict.outside, verdict.firstOutside], [2, 9]);
 });
 
 test("a box dragged over all of the picture is the whole input, whichever corner came first", () => {
