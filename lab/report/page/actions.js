@@ -1,7 +1,5 @@
 // What the reader can do, whatever key, button or link asks for it.
 
-import { kOutcomes } from "./outcomes.js";
-
 export const kSpeeds = [0.1, 0.25, 0.5, 1, 2, 4, 8];
 
 // Adds the actions to `app` (store, runs, video or null, stills, picture).
@@ -94,5 +92,4 @@ function addJumps(app) {
             }
         }
     };
-    app.describe = (outcome) => kOutcomes[outcome].name;
 }

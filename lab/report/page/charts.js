@@ -66,7 +66,7 @@ function options({ width, height, xAxis, range, yRange, ySplits, yValues, log, s
 }
 
 // Two or three round numbers from 0 to a largest value.
-export function roundSplits(max) {
+function roundSplits(max) {
     if (!(max > 0)) return [0, 1];
     const raw = max / 2;
     const power = 10 ** Math.floor(Math.log10(raw));
@@ -250,7 +250,7 @@ function distanceChart(app) {
     };
 }
 
-export const kCharts = {
+const kCharts = {
     active: activeChart,
     distances: distanceChart,
     area: areaChart,

@@ -3,7 +3,7 @@
 
 import { Reader } from "../../page/bytes.js";
 
-export const kAbsent = 255; // ordinary outcome of a frame without block values
+const kAbsent = 255; // ordinary outcome of a frame without block values
 
 // Chunks of one kind. `bring(k)` promises the unpacked bytes of chunk k, or null where the file has
 // none; `open(bytes, k)` turns them into what get() gives. get() gives undefined while a chunk is not

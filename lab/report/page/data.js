@@ -4,7 +4,7 @@
 import { fromBase64, inflate, Reader } from "../../page/bytes.js";
 import { ChunkStore, expandFrame, openBlocks, openMeans, openVectors, vectorOf } from "./chunks.js";
 
-export const kFormat = 1;
+const kFormat = 1;
 export const kDistanceEdges = [0, 1, 2, 3, 4, 6, 8, 12, 16, 24, 32, 48, 64, 96, 128, 192, 255];
 
 // Columns of int32, one after the other: { name: Int32Array }. Throws if the size does not fit.

@@ -14,7 +14,7 @@ export const referenceOf = (run, f) => Math.max(0, f - run.settings.MD_RefFrmIdx
 // The nine places around block (x, y) as the decision saw them: above and left of this frame, the
 // block itself and those after it of the last. { index or -1, distance (of this frame, null where
 // the frame has no block values), active, high, now }, in raster order.
-export function neighbourhood(run, now, last, x, y) {
+function neighbourhood(run, now, last, x, y) {
     const places = [];
     for (let dy = -1; dy <= 1; ++dy) {
         for (let dx = -1; dx <= 1; ++dx) {

@@ -3,7 +3,7 @@
 import { fill, h } from "../../page/dom.js";
 
 const kSources = ["default", "settings file", "command line"];
-export const kNothing = "it changes nothing";
+const kNothing = "it changes nothing";
 
 export function createSettingsPanel(app) {
     const state = { all: false, text: "", open: null };
@@ -57,7 +57,7 @@ export function createSettingsPanel(app) {
     return node;
 }
 
-export const differing = (app) =>
+const differing = (app) =>
     app.head.keys.filter(({ key }) => {
         const [a, b] = app.runs.map((run) => run.info[key]);
         return a.value !== b.value && (a.idle === "" || b.idle === "");

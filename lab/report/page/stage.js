@@ -5,7 +5,7 @@ import { referenceOf } from "./inspect.js";
 import * as layers from "./layers.js";
 
 const kRunColors = ["#5cc8ff", "#ff8a28"];
-export const kMaxZoom = 40;
+const kMaxZoom = 40;
 
 export function createStage(app) {
     const canvas = h("canvas", {
@@ -75,7 +75,7 @@ function runChooser(app) {
 }
 
 // The parts of the stage, one a run shown: { run (index), x, width, g (geometry) }.
-export function viewports(stage) {
+function viewports(stage) {
     const { app, width, height } = stage;
     const s = app.store.state;
     const both = app.runs.length > 1 && s.view === "side";
