@@ -43,16 +43,7 @@ function show(app, node) {
     const views = app.runs.map((run) => ({ run, r: inspect(run, frame, block) }));
     const parts = [title(app, views[0], frame, block)];
     if (views.every((v) => v.r === null)) {
-        const kept = app.runs[0].hasBlocks(frame);
-        parts.push(
-            h(
-                "p.quiet",
-                null,
-                kept
-                    ? "The values of this block are being unpacked."
-                    : "No block values in this frame: they were left out of this file to keep it small.",
-            ),
-        );
+        parts.push(h("p.quiet", null, absentText(app.runs[0], frame)));
     } else if (views.length === 1) {
         parts.push(...single(app, views[0], frame, block));
     } else {
@@ -60,6 +51,16 @@ function show(app, node) {
     }
     fill(node, parts);
     if (!playing) showPatches(app, node, frame, block);
+}
+
+// Why nothing can be said: the decision of a frame needs the values of the one before, too.
+function absentText(run, frame) {
+    const why = "left out of this file to keep it small.";
+    if (!run.hasBlocks(frame)) return `No block values in this frame: they were ${why}`;
+    if (frame > 0 && !run.hasBlocks(frame - 1)) {
+        return `The block values of the frame before were ${why}`;
+    }
+    return "The values of this block are being unpacked.";
 }
 
 function title(app, { run }, frame, block) {

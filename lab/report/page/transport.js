@@ -71,7 +71,8 @@ function number(app) {
     const update = () => {
         const f = app.store.state.frame;
         if (document.activeElement !== input) input.value = String(first + f);
-        time.textContent = clock(f, app.fps) ?? "";
+        const at = clock(f, app.fps) ?? "";
+        time.textContent = at !== "" && app.head.clip.variable_rate ? `about ${at}` : at;
     };
     app.store.on(["frame"], update);
     update();

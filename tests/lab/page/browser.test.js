@@ -314,6 +314,34 @@ test("no frame is ever shown under another frame's number", { skip }, async () =
     });
 });
 
+test("playing loops within the zoomed range, also where a timer has to step", { skip }, () =>
+    withPage(standard, {}, async (page) => {
+        await watchNumbers(page);
+        await page.evaluate(() => {
+            const app = window.mdReport;
+            app.setRange(30, 40);
+            app.store.set({ speed: 8 });
+            app.play(true);
+        });
+        const looped = () => {
+            const frames = window.mdReport.seen.map(([f]) => f).filter((f) => f >= 30 && f <= 40);
+            return frames.filter((f, i) => i > 0 && f < frames[i - 1]).length >= 2;
+        };
+        await page.waitForFunction(looped);
+        await page.evaluate(() => {
+            window.mdReport.seen = [];
+            window.mdReport.store.set({ speed: 0.1 }); // a rate that browsers refuse
+        });
+        await page.waitForFunction(() => window.mdReport.seen.length >= 2);
+        await page.evaluate(() => window.mdReport.play(false));
+        const seen = await page.evaluate(() => window.mdReport.seen);
+        assert.deepEqual(
+            seen.filter(([f, n]) => f !== n || f < 30 || f > 40),
+            [],
+        );
+    }),
+);
+
 test("the pointer on timeline and stage", { skip }, () =>
     withPage(standard, {}, async (page) => {
         const over = await page.locator(".over").boundingBox();
@@ -498,6 +526,19 @@ test("states at the edge each say what they are", { skip }, async () => {
         assert.equal(bright, 255, "block means stand in for the picture");
         await go(page, 34);
     });
+    await withPage(
+        write("unplayable.html", [made], { video: "AAAAGGZ0eXBpc29t" }),
+        { hash: "#f=33" },
+        async (page) => {
+            await page.waitForFunction(() => document.querySelector(".notes").textContent !== "");
+            assert.match(await text(page, ".notes"), /cannot play the video in this file/);
+            await go(page, 35);
+            assert.equal(
+                await text(page, ".sentence"),
+                plain(frameSentence(frameRecord(opened(made), 35))),
+            );
+        },
+    );
     const wide = walkerRun({ w: 5, h: 3, frames: 80, stride: 64 });
     await withPage(
         write("stride.html", [wide], { video: makeVideo(272, 144, 80) }),
