@@ -6,11 +6,13 @@ import { spawnSync } from "node:child_process";
 import { existsSync, mkdirSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join, resolve } from "node:path";
+import { fileURLToPath } from "node:url";
 import { after, before, test } from "node:test";
 import { canBrowse, openPage, shown, startBrowser } from "./support/browser.js";
 
 const bin = resolve(process.env.MD_BIN ?? "build/release/bin");
 const skip = canBrowse && existsSync(join(bin, "mdlab")) ? false : "chromium or mdlab is missing";
+const settingsFile = fileURLToPath(new URL("../../../cfg/default.cfg", import.meta.url));
 const kWidth = 160;
 const kHeight = 96;
 const kFrames = 20;
@@ -83,7 +85,7 @@ function makeRun(settings, name) {
     };
     const options = (more) => [
         "-d",
-        resolve("cfg/default.cfg"),
+        settingsFile,
         ...Object.entries({ ...given, ...more }).flatMap(([k, v]) => ["-p", `${k}=${v}`]),
     ];
     const log = run("MD", options({ OutputFilePath: out, MD_DbgEn: 0x261 }));
