@@ -83,8 +83,8 @@ rm crash
 # expect is a verdict.
 printf 'expect: {recall: at least 0}\n' | cat plan.yaml - >met.yaml
 printf 'expect: {clips: {rain: {frames: at least 41}}}\n' | cat plan.yaml - >missed.yaml
-[ "$(PLAN=met.yaml status_of sweep --into good)" = 0 ] || fail "limits that are met"
-[ "$(PLAN=missed.yaml status_of sweep --into good)" = 1 ] || fail "limits that are missed"
+[ "$(PLAN=met.yaml status_of sweep --into verdict --cache good/cache)" = 0 ] || fail "limits that are met"
+[ "$(PLAN=missed.yaml status_of sweep --into verdict --cache good/cache)" = 1 ] || fail "limits that are missed"
 grep -q 'frames at least 41 in rain: 40' out.txt || fail "the limit that is missed is named"
 
 if [ "$all" != all ]; then
@@ -129,6 +129,30 @@ done
 rm slow
 [ "$(status_of sweep --into killed)" = 0 ] && equal killed
 
+# A chunk is killed: its runs fail, those of other chunks do not.
+touch slow
+sweep --into chunk >/dev/null 2>chunk.err &
+driver=$!
+job=
+for _ in $(seq 200); do
+    for pid in $(pgrep -x mdlab || true); do
+        case "$(readlink "/proc/$pid/cwd" 2>/dev/null) $(tr '\0' ' ' <"/proc/$pid/cmdline" 2>/dev/null)" in
+            "$folder"/chunk/engine/*chunk-*) job=$pid ;;
+        esac
+    done
+    [ -z "$job" ] || break
+    sleep 0.1
+done
+[ -n "$job" ] || fail "no chunk to kill"
+kill -9 "$job"
+status=0
+wait $driver || status=$?
+[ $status = 2 ] || fail "a killed chunk: status $status"
+grep -q 'its job did not finish' chunk.err || fail "the killed chunk is reported"
+[ "$(grep -c ',done,' chunk/results.csv)" -ge 3 ] || fail "the other chunks go on"
+rm slow
+[ "$(status_of sweep --into chunk)" = 0 ] && equal chunk
+
 # A damaged and a cut store: they count as not there.
 cp -r good/cache damaged
 for file in damaged/runs/*/*.runs; do
@@ -156,5 +180,7 @@ if mkdir small && mount -t tmpfs -o size=700k none small 2>/dev/null; then
     rm small/ballast
     [ "$(status_of sweep --into full --cache small/cache)" = 0 ] && equal full
     umount small
+else
+    echo "faults: the full disk was not tried, it needs the right to mount"
 fi
 echo "faults: all as they should be"
