@@ -134,7 +134,8 @@ function options(app, width, places) {
     const { x, y } = app.store.state;
     const span = (values) => {
         const [low, high] = [Math.min(...values), Math.max(...values)];
-        const margin = (high - low || Math.abs(high) || 1) * 0.06;
+        if (low === high) return [low - 0.06 * (Math.abs(low) || 1), low + (Math.abs(low) || 1)];
+        const margin = (high - low) * 0.06;
         return [low - margin, high + margin];
     };
     const [rangeX, rangeY] = [span(places.map((p) => p.x)), span(places.map((p) => p.y))];

@@ -1,7 +1,8 @@
 // The sweep page: its pure parts, and the page itself in a browser.
 
 import assert from "node:assert/strict";
-import { mkdtempSync, rmSync } from "node:fs";
+import { execFileSync } from "node:child_process";
+import { existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
@@ -184,7 +185,6 @@ test("without labels the page says so and still compares what there is", { skip 
 
 test("broken data is said in words", { skip }, async () => {
     const path = writeSweepPage(folder, makeResults());
-    const { readFileSync, writeFileSync } = await import("node:fs");
     writeFileSync(
         path,
         readFileSync(path, "utf8").replace('id="md-results">', 'id="md-results">AAAA'),
@@ -194,3 +194,61 @@ test("broken data is said in words", { skip }, async () => {
     assert.match(await page.textContent(".error"), /data cannot be read/);
     await page.close();
 });
+
+const bin = process.env.MD_BIN ?? "build/release/bin";
+const cannotSweep = skip || !existsSync("/usr/bin/snakemake") || !existsSync(`${bin}/mdlab`);
+
+test(
+    "the page of a real sweep shows the scores of results.csv",
+    { skip: cannotSweep },
+    async () => {
+        const size = ["320", "180", "60"];
+        const clips = ["walker", "nothing"].map((scene) => {
+            const file = `${scene}_320x180_P420.yuv`;
+            const paths = [file, `${scene}.csv`].map((name) => join(folder, name));
+            execFileSync(`${bin}/make_clip`, ["--scene", scene, ...size, ...paths]);
+            return `  - {file: ${file}, labels: ${scene}.csv, name: ${scene}, type: 0, width: 320, height: 180}`;
+        });
+        const cfg = new URL("../../../cfg/default.cfg", import.meta.url).pathname;
+        writeFileSync(
+            join(folder, "a <plan>.yaml"),
+            `settings: ${cfg}\nclips:\n${clips.join("\n")}\nkeys:\n  MD_BlkCnt_Th: [4, 60]\n`,
+        );
+        const into = join(folder, "swept");
+        execFileSync(`${bin}/mdlab`, [
+            "sweep",
+            join(folder, "a <plan>.yaml"),
+            "--into",
+            into,
+            "--quiet",
+        ]);
+
+        const [head, ...rows] = readFileSync(join(into, "results.csv"), "utf8").trim().split("\n");
+        const at = (name) => head.split(",").indexOf(name);
+        const { page, faults } = await openPage(browser, join(into, "sweep.html"), {
+            ready: false,
+        });
+        await page.waitForFunction(() => performance.getEntriesByName("sweep-ready").length > 0);
+        assert.equal(await page.textContent("h1"), "a <plan>.yaml");
+        for (const cells of rows.map((r) => r.split(","))) {
+            const shown = await page.evaluate(
+                ([id, clip]) => {
+                    const { sweep: s } = window.mdSweep;
+                    const c = s.clips.findIndex((x) => x.name === clip);
+                    const { scores, strip } = s.points.find((p) => p.id === id).runs[c];
+                    return { hits: scores[s.scores.findIndex((x) => x.name === "hits")], strip };
+                },
+                [cells[at("point")], cells[at("clip")]],
+            );
+            assert.equal(String(shown.hits), cells[at("hits")]);
+            const inStrip = [...shown.strip.matchAll(/(\d+)h/g)].reduce(
+                (n, m) => n + Number(m[1]),
+                0,
+            );
+            assert.equal(inStrip, shown.hits);
+        }
+        assert.equal(rows.length, 4);
+        assert.deepEqual(faults, []);
+        await page.close();
+    },
+);
