@@ -11,6 +11,7 @@
 #include "lab/sweep/md_process.h"
 #include "lab/tool/digest.h"
 #include "lab/tool/error.h"
+#include "lab/tool/temp_folder.h"
 #include "lab/tool/text_file.h"
 
 namespace fs = std::filesystem;
@@ -160,7 +161,7 @@ void ConvertClip(const ClipJob& job) {
             fs::remove_all(path, ignored);
         }
     } cleanup{made};
-    const ScratchFolder scratch;
+    const TempFolder scratch;
     const std::string settings = scratch.Path() + "/clip.cfg";
     WritePlain(settings, job.settings + Assignment(RowOf("OutputFilePath"), made));
     const MdOutcome outcome = RunMd(job.md, settings, scratch.Path());

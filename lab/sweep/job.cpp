@@ -11,6 +11,7 @@
 #include "lab/sweep/md_process.h"
 #include "lab/sweep/run_store.h"
 #include "lab/tool/error.h"
+#include "lab/tool/temp_folder.h"
 #include "lab/tool/text_file.h"
 
 namespace fs = std::filesystem;
@@ -169,7 +170,7 @@ int RunChunk(const ChunkJob& job) {
     const std::string raw = in_place ? job.clip.clip : clip.path;
     const auto stamp = StampOf(raw);
 
-    const ScratchFolder scratch;
+    const TempFolder scratch;
     fs::create_symlink(raw, scratch.Path() + "/in.yuv");
     const std::string settings = scratch.Path() + "/point.cfg";
     Texts texts;

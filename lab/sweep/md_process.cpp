@@ -8,15 +8,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include "lab/tool/error.h"
 #include "lab/tool/text_file.h"
 #include "md/exit_status.h"
-
-namespace fs = std::filesystem;
 
 namespace lab {
 
@@ -97,18 +93,6 @@ bool IsRefusal(const MdOutcome& outcome) {
         if (outcome.status == (status & 255)) return true;
     }
     return false;
-}
-
-ScratchFolder::ScratchFolder() {
-    path_ = (fs::temp_directory_path() / "mdlab-XXXXXX").string();
-    if (mkdtemp(path_.data()) == nullptr) {
-        throw Error(path_ + ": cannot be made: " + std::strerror(errno));
-    }
-}
-
-ScratchFolder::~ScratchFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
 }
 
 void WritePlain(const std::string& path, const std::string& text) {

@@ -24,19 +24,6 @@ MdOutcome RunMd(const std::string& program, const std::string& settings,
 // Statuses with which MD refuses settings; the others are faults of the machine or of the input.
 bool IsRefusal(const MdOutcome& outcome);
 
-// A folder of this process's own that goes with the object. Throws Error.
-class ScratchFolder {
-  public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    [[nodiscard]] const std::string& Path() const { return path_; }
-
-  private:
-    std::string path_;
-};
-
 // Writes a passing file in place. Throws Error if not all of it arrives.
 void WritePlain(const std::string& path, const std::string& text);
 

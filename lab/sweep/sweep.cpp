@@ -9,6 +9,7 @@
 #include <map>
 #include <thread>
 
+#include "lab/probe/tools.h"
 #include "lab/sweep/engine.h"
 #include "lab/sweep/file_digests.h"
 #include "lab/sweep/job.h"
@@ -48,18 +49,6 @@ std::string Differences(const Settings& settings, const Settings& base) {
         const auto at = static_cast<size_t>(row);
         if (IsOfPoint(row) && settings[at] != base[at]) text += Assignment(row, settings[at]);
     }
-    return text;
-}
-
-// What the converter says of itself and its libraries; empty if it is not there.
-std::string ConverterVersion(const std::string& tool) {
-    if (access(tool.c_str(), X_OK) != 0) return "";
-    std::string text;
-    std::FILE* pipe = popen((CommandWord(tool.c_str()) + " -version 2>/dev/null").c_str(), "r");
-    if (pipe == nullptr) return "";
-    char part[4096];
-    for (size_t n = 0; (n = std::fread(part, 1, sizeof part, pipe)) > 0;) text.append(part, n);
-    pclose(pipe);
     return text;
 }
 
@@ -115,8 +104,10 @@ class Sweep {
             throw Error(sweep_.md + ": no MD to run there; say where it is with --md");
         }
         sweep_.md_digest = DigestOfFile(sweep_.md);
-        // The converter makes the bytes that MD reads, so it is part of what they follow from.
-        converter_ = ConverterVersion(fs::path(sweep_.md).parent_path() / "ffmpeg");
+        // The converter makes the bytes that MD reads, so its version is part of what they follow
+        // from.
+        const std::string tool = fs::path(sweep_.md).parent_path() / "ffmpeg";
+        if (fs::exists(tool)) converter_ = OutputOf(CommandWord(tool.c_str()) + " -version");
     }
 
     // What MD makes of the clip's name and of the settings for raw files.

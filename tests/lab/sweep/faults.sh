@@ -4,7 +4,7 @@
 # and make_clip; CFG is a settings file to start from. With "all" as a third argument the slow ones
 # run too: kills, vanished clips, damaged and shared caches, a full disk (needs the right to mount).
 set -euo pipefail
-bin=$1
+bin=$(realpath "$1")
 cfg=$(realpath "$2")
 all=${3:-}
 folder=$(mktemp -d)

@@ -10,6 +10,7 @@
 #include "lab/settings/settings.h"
 #include "lab/sweep/md_process.h"
 #include "lab/sweep/plan.h"
+#include "lab/tool/temp_folder.h"
 
 namespace lab {
 namespace {
@@ -43,7 +44,7 @@ std::string TextOf(const Settings& settings) {
 }
 
 TEST(Folding, KeysThatAreSaidToBeIdleChangeNothing) {
-    const ScratchFolder folder;
+    const TempFolder folder;
     const std::string clip = folder.Path() + "/in.yuv";
     const std::string command = std::string(MAKE_CLIP_PROGRAM) + " --scene two 96 64 24 " + clip +
                                 " " + folder.Path() + "/labels.csv";

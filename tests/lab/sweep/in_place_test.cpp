@@ -9,6 +9,7 @@
 #include "lab/sweep/md_process.h"
 #include "lab/sweep/run_store.h"
 #include "lab/tool/digest.h"
+#include "lab/tool/temp_folder.h"
 
 namespace fs = std::filesystem;
 
@@ -28,7 +29,7 @@ class InPlace : public testing::TestWithParam<Case> {};
 TEST_P(InPlace, ReportsWhatAPlainRunReports) {
     const Case& tried = GetParam();
     if (!fs::exists(fs::path(MD_PROGRAM).parent_path() / "ffmpeg")) GTEST_SKIP() << "no ffmpeg";
-    const ScratchFolder folder;
+    const TempFolder folder;
     const auto at = [&](const std::string& name) { return folder.Path() + "/" + name; };
     const std::string make = std::string("cd ") + folder.Path() + " && " + MAKE_CLIP_PROGRAM +
                              " --scene two 192 128 40 two_192x128_P420.yuv labels.csv && "

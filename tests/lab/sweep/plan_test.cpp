@@ -9,6 +9,7 @@
 #include "lab/sweep/md_process.h"
 #include "lab/sweep/points.h"
 #include "lab/tool/error.h"
+#include "lab/tool/temp_folder.h"
 
 namespace lab {
 namespace {
@@ -34,7 +35,7 @@ class PlanFile : public testing::Test {
         }
         return "accepted";
     }
-    ScratchFolder folder_;
+    TempFolder folder_;
 };
 
 const std::string kHead = "settings: base.cfg\nclips: [a.yuv]\n";

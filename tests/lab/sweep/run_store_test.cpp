@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "lab/sweep/md_process.h"
+#include "lab/tool/temp_folder.h"
 #include "lab/tool/text_file.h"
 
 namespace fs = std::filesystem;
@@ -34,7 +35,7 @@ std::string Fill(const std::string& folder, const std::string& frames) {
 }
 
 TEST(RunStore, GivesBackWhatWasStored) {
-    const ScratchFolder scratch;
+    const TempFolder scratch;
     const std::string frames = FramesText(kFrames);
     EXPECT_EQ(frames, "2.0,1,20,300;0,1,20,300;1.");
     Fill(scratch.Path() + "/runs", frames);
@@ -51,7 +52,7 @@ TEST(RunStore, GivesBackWhatWasStored) {
 
 // Cut anywhere, or with any byte changed, a file counts as not there.
 TEST(RunStore, AFileThatIsNotWholeHoldsNothing) {
-    const ScratchFolder scratch;
+    const TempFolder scratch;
     const std::string folder = scratch.Path() + "/runs";
     const std::string path = Fill(folder, FramesText(kFrames));
     const std::string whole = ReadTextFile(path);
