@@ -60,6 +60,7 @@ void AddReport(CLI::App* app, int* status) {
                      "Compare with a second run: a settings file, or KEY=VALUE; may be repeated")
         ->type_name("FILE|KEY=VALUE")
         ->expected(1)
+        ->allow_extra_args(false)  // else a list would take the "--" after it for its own end
         ->take_all();
     command->add_option("--title", options->title, "Instead of the name of the clip")
         ->type_name("TEXT");

@@ -37,6 +37,13 @@ TEST_F(ReportCommand, WritesAPageThatLoadsNothing) {
     EXPECT_NE(log.find("finish.\n"), std::string::npos);
 }
 
+TEST_F(ReportCommand, ComparesAsItsHelpSays) {
+    const Outcome run = Report({"--out", "r.html", "--against", "MD_HogDist_Th=40", "--against",
+                                "MD_BlkCnt_Th=2", "--", "-d", "a.cfg"});
+    EXPECT_EQ(run.nExit, 0) << run;
+    EXPECT_NE(ReadAll(tFolder / "r.html").find("id=\"md-f1\""), std::string::npos);
+}
+
 TEST_F(ReportCommand, RefusesWhatItCannotMean) {
     const std::vector<std::vector<std::string>> refused = {
         {"--", "-d", "a.cfg"},
