@@ -13,6 +13,10 @@
 
 namespace {
 
+// The row walk may read on after the luma of a frame. Its chroma, half as many bytes, is there; the
+// smallest frame is one block of 16 x 16 pixels.
+static_assert(16 * 16 / 2 >= kLumaSlack);
+
 RowWalk* pRowWalk;  // null where the block walk runs
 bool bKeepRecords;  // a caller of the run reads them
 

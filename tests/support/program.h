@@ -16,7 +16,7 @@ struct Outcome {
 // Runs a program (argv[0] is its name as it sees it) with its working folder at tFolder.
 Outcome RunProgram(const fs::path& tFolder, const std::vector<std::string>& aArguments);
 
-// Runs the MD that was built with the tests. `aOptions` are the arguments behind its name.
+// Runs the MD that was built with the tests. `aOptions` are the arguments after its name.
 Outcome RunMd(const fs::path& tFolder, const std::vector<std::string>& aOptions);
 
 // The names of this processor's paths for MD_KERNELS, fastest first; the last is "plain".

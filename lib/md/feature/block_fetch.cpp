@@ -21,9 +21,9 @@ void BlockFetch_Extend(const uint8_t* pY, int32_t nWidth, int32_t nHeight, int32
     const int32_t cw = std::min(W - (x1 - x0), nWidth - x1);
     const int32_t ch = std::min(W - (y1 - y0), nHeight - y1);
     const int32_t lc = x1 - x0;       // first column from the frame
-    const int32_t rc = x1 + cw - x0;  // first column behind it
+    const int32_t rc = x1 + cw - x0;  // first column after it
     const int32_t tr = y1 - y0;       // first row from the frame
-    const int32_t br = y1 + ch - y0;  // first row behind it
+    const int32_t br = y1 + ch - y0;  // first row after it
     std::memset(pBlkBuf, 0, Bytes(W * W));
     for (int32_t r = 0; r < ch; ++r) {
         uint8_t* pRow = pBlkBuf + (tr + r) * W;

@@ -31,6 +31,7 @@ struct BlockRecord {
 };
 BlockRecord LoadRecord(const RecordRow& tRow, int32_t i);
 
+// The sums are those of cell_sums.h; planes of both may hold anything after the last block.
 using BlockRowRecordsFn = void(const RecordSetup& t, const HalfRow& tTop, const HalfRow& tBottom,
                                int32_t nBlocks, const RecordRow& tOut);
 

@@ -70,8 +70,9 @@ struct LumaPlane {
     int32_t nWidth, nHeight;
 };
 
-// Sums of the cell row whose first pixel row is `nY`, for all `nBlocks` blocks of a block row: as
-// their upper half into pTop, as their lower half into pBottom. One of the two may be null.
+// Sums of the cell row whose first pixel row is `nY`, a multiple of 8 up to nHeight - 8, for the
+// `nBlocks` blocks of a block row, which lie wholly inside the frame: as their upper half into
+// pTop, as their lower half into pBottom. One of the two may be null.
 using CellRowSumsFn = void(const CellSetup& t, const LumaPlane& tLuma, int32_t nY, int32_t nBlocks,
                            const HalfRow* pTop, const HalfRow* pBottom);
 

@@ -1,5 +1,5 @@
-// Fixed-point inverse square root, digit by digit, as the chip computes it: additions,
-// subtractions and shifts alone.
+// Fixed-point inverse square root, digit by digit, as the chip computes it: only additions,
+// subtractions and shifts.
 #pragma once
 
 #include <cstdint>
