@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
+#include <string>
 
 #include "tests/support/kernel_cases.h"
 
@@ -75,8 +77,29 @@ TEST_P(RowKernelsTest, EqualScalarDefinitionInEverySetting) {
 INSTANTIATE_TEST_SUITE_P(Kernels, RowKernelsTest, testing::ValuesIn(kRowKernels),
                          [](const auto& tCase) { return tCase.param.szName; });
 
+namespace {
+
+// Both halves of three blocks over 32 x 32 pixels, cell row 1.
+struct Sums {
+    int32_t a[2][kHalfPlanes][kRowStep];
+};
+
+Sums SumsOfRow(const Setting& s, const Plane& aLuma, const RowKernels& tPath) {
+    CellSetup t;
+    CellSetupInit(&s.md, s.aGauss, &t);
+    Sums tSums;
+    HalfRow aHalf[2];
+    for (int32_t n = 0; n < kHalfPlanes; ++n) {
+        for (int32_t nHalf = 0; nHalf < 2; ++nHalf) aHalf[nHalf].apPlane[n] = tSums.a[nHalf][n];
+    }
+    tPath.pCellRowSums(t, {aLuma.data(), 32, 32}, 8, 3, &aHalf[0], &aHalf[1]);
+    return tSums;
+}
+
+}  // namespace
+
 // The ends of what 16 bits must hold. With one tap of 8 in the middle of both filters a white pixel
-// has both gradients at 2040 and the magnitude 3060, a black one 0.
+// has both gradients at 2040 and the magnitude 3060, a black one 0. A weight of 64 leaves them so.
 TEST(RowKernels, ColumnsHoldTheirExtremes) {
     const struct {
         const char* szWhat;
@@ -87,9 +110,10 @@ TEST(RowKernels, ColumnsHoldTheirExtremes) {
                  {"white below: y moment 18360", 5, 7, 18},
                  {"black", 8, 8, 0}};
     Setting s;
-    s.md.nMD_HogGradX[2] = s.md.nMD_HogGradY[2] = 8;
-    s.md.nMD_HogBlockSize = 16;
-    s.md.nMD_HogBlockStride = 8;
+    MdParams& md = s.md;
+    md.nMD_HogGradX[2] = md.nMD_HogGradY[2] = 8;
+    md.nMD_HogBlockSize = 16;
+    md.nMD_HogBlockStride = 8;
     for (const auto& row : aRows) {
         const int32_t nWhite = row.nLast < 8 ? row.nLast - row.nFirst + 1 : 0;
         Plane aLuma;
@@ -98,25 +122,22 @@ TEST(RowKernels, ColumnsHoldTheirExtremes) {
             aLuma.push_back(row.nFirst <= r && r <= row.nLast ? 255 : 0);
         }
         aLuma.resize(aLuma.size() + kLumaSlack);
-        for (s.md.nMD_Padding_Method = 0; s.md.nMD_Padding_Method < 3; ++s.md.nMD_Padding_Method) {
-            CellSetup t;
-            CellSetupInit(&s.md, s.aGauss, &t);  // weighting off: every weight is 1
+        for (int32_t nCase = 0; nCase < 3 * 2; ++nCase) {
+            md.nMD_Padding_Method = nCase % 3;
+            md.nMD_HogMagnitudeWeightEn = nCase / 3;
+            // Without weighting the window is not read.
+            std::memset(s.aGauss, nCase / 3 != 0 ? 64 : 7, sizeof s.aGauss);
             for (const RowKernels& tPath : OfferedKernels()) {
-                int32_t aSums[2][kHalfPlanes][kRowStep];
-                HalfRow aHalf[2];
-                for (int32_t n = 0; n < 2 * kHalfPlanes; ++n) {
-                    aHalf[n / kHalfPlanes].apPlane[n % kHalfPlanes] =
-                        aSums[n / kHalfPlanes][n % kHalfPlanes];
-                }
-                tPath.pCellRowSums(t, {aLuma.data(), 32, 32}, 8, 3, &aHalf[0], &aHalf[1]);
+                const std::string sWhere =
+                    std::string(row.szWhat) + " " + tPath.szName + " case " + std::to_string(nCase);
+                const Sums tSums = SumsOfRow(s, aLuma, tPath);
                 for (int32_t n = 0; n < 2 * 2 * 3; ++n) {
-                    const auto& aHalfSums = aSums[n % 2];
+                    const auto& aHalf = tSums.a[n % 2];
                     const int32_t nSide = n / 2 % 2, i = n / 4;
-                    const std::string sWhere = std::string(row.szWhat) + " " + tPath.szName;
-                    EXPECT_EQ(aHalfSums[kMag + nSide][i], nWhite * 8 * 3060) << sWhere;
-                    EXPECT_EQ(aHalfSums[kMomX + nSide][i], nWhite * 28 * 3060) << sWhere;
-                    EXPECT_EQ(aHalfSums[kMomY + nSide][i], row.nMomY * 8 * 3060) << sWhere;
-                    EXPECT_EQ(aHalfSums[kLuma][i], nWhite * 16 * 255) << sWhere;
+                    EXPECT_EQ(aHalf[kMag + nSide][i], nWhite * 8 * 3060) << sWhere;
+                    EXPECT_EQ(aHalf[kMomX + nSide][i], nWhite * 28 * 3060) << sWhere;
+                    EXPECT_EQ(aHalf[kMomY + nSide][i], row.nMomY * 8 * 3060) << sWhere;
+                    EXPECT_EQ(aHalf[kLuma][i], nWhite * 16 * 255) << sWhere;
                 }
             }
         }

@@ -1,4 +1,4 @@
-// The fast walk and its kernels against the plain walk: every map, every record, over all small
+// The row walk and its kernels against the block walk: every map, every record, over all small
 // sizes, border modes, tap patterns and kinds of picture.
 #include "md/decision/row_walk.h"
 
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "md/decision/block_walk.h"
+#include "md/decision/distance.h"
 #include "md/decision/luma_threshold.h"
 #include "tests/support/walks.h"
 
@@ -88,8 +89,8 @@ TEST(RowWalk, ChunksAndGroupsMeetInWideFrames) {
     testing::internal::GetCapturedStdout();
 }
 
-// Decisions alone, where distances meet every bound of the rules: kernels of the test's own hand
-// them out, and the records beside them give the plain rules the same.
+// Only the decisions, where distances meet every bound of the rules: the test's own kernels hand
+// them out, and the records beside them give the block walk the same.
 namespace given {
 
 Plane aDist, aYDiff;
@@ -106,18 +107,23 @@ void Distances(const DistanceSetup&, const RecordRow&, const RecordRow&, int32_t
     nNext += static_cast<size_t>(n);
 }
 
-// A record that lies at distance d from one of zeros.
-BlockFeature RecordAt(int32_t d) {
-    BlockFeature t{};
-    t.histNorm2 = 1;
-    for (int32_t a = 0; a * a <= 16 * d + 15; ++a) {
+// Of each distance, 0 to 255, a record that lies that far from one of zeros.
+std::vector<BlockFeature> RecordsByDistance() {
+    const DistanceSetup tSetup{
+        .bMoments = true, .bWeightOneSided = false, .nAccuShift = 4, .nScale = 16, .nDistShift = 4};
+    const BlockFeature tZeros{};
+    std::vector<BlockFeature> aRecords(256);
+    for (int32_t a = 0; a <= 64; ++a) {
         for (int32_t b = 0; b <= a; ++b) {
-            if ((a * a + b * b) >> 4 != d) continue;
+            BlockFeature t{};
+            t.histNorm2 = 1;
             t.v[0] = static_cast<uint8_t>(a);
             t.v[1] = static_cast<uint8_t>(b);
+            const Distance d = DistanceOf(tSetup, t.v, t.histNorm2, tZeros.v, t.histNorm2);
+            aRecords[static_cast<size_t>(d.iHOGDist)] = t;
         }
     }
-    return t;
+    return aRecords;
 }
 
 }  // namespace given
@@ -127,8 +133,7 @@ TEST(RowWalk, DecidesAsThePlainRulesOnEveryBound) {
     const RowKernels tPath{"given", given::NoSums, given::NoRecords, given::Distances};
     const std::vector<int32_t> aBounds = {0,   1,   2,   3,   9,   10,  11,  20,  169, 170,
                                           171, 179, 180, 181, 199, 200, 201, 254, 255};
-    std::vector<BlockFeature> aRecords;
-    for (int32_t d = 0; d < 256; ++d) aRecords.push_back(given::RecordAt(d));
+    const std::vector<BlockFeature> aRecords = given::RecordsByDistance();
     for (int nRun = 0; nRun < 3000; ++nRun) {
         const int32_t nBlkW = Pick(rng, 1, 40), nBlkH = Pick(rng, 1, 6);
         const int32_t w = 8 + 8 * nBlkW, h = 8 + 8 * nBlkH;
