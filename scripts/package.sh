@@ -40,7 +40,11 @@ as_user 'MD -d /usr/share/doc/md/default.cfg -p InputFilePath=$HOME/walker.mp4 \
          ls out/HOG_feature | wc -l; test -s out/comp_960x180_P420.mp4'
 as_user 'MD -d /usr/share/doc/md/default.cfg -p InputFilePath=$HOME/walker.mp4 \
             -p OutputFilePath=$HOME/out2 -p MD_DbgEn=0x360 >/dev/null
-         mdlab --version; man -w MD mdlab'
+         mdlab compare out out2; mdlab --version; man -w MD mdlab'
+as_user 'mdlab report --quiet --out report.html -- -d /usr/share/doc/md/default.cfg \
+            -p InputFilePath=$HOME/walker.mp4 2>report.log; test -s report.html
+         printf "settings: /usr/share/doc/md/default.cfg\nclips: [walker.mp4]\nkeys: {MD_HogDist_Th: [8, 12]}\n" >plan.yaml
+         mdlab sweep plan.yaml --into swept --quiet && test -s swept/sweep.html'
 
 quietly in_root apt-get remove -y --purge md mdlab
 files >"$work/after"

@@ -9,6 +9,7 @@
 #include <map>
 #include <thread>
 
+#include "lab/probe/clip_probe.h"
 #include "lab/probe/tools.h"
 #include "lab/sweep/engine.h"
 #include "lab/sweep/file_digests.h"
@@ -80,6 +81,7 @@ class Sweep {
 
     SweepResults Go() {
         FindProgram();
+        RefuseRotatedClips();
         ListRuns();
         if (options_.only_plan) {
             Describe();
@@ -96,6 +98,17 @@ class Sweep {
     }
 
   private:
+    void RefuseRotatedClips() const {
+        for (const PlanClip& clip : sweep_.plan.clips) {
+            if (TypeOf(clip) == "1") RefuseRotated(clip.file, ProbeClip(clip.file));
+        }
+    }
+
+    // 0 to 3, as InputFileType.
+    std::string TypeOf(const PlanClip& clip) const {
+        return clip.type.value_or(ValueOf(sweep_.plan.settings, "InputFileType"));
+    }
+
     void FindProgram() {
         const fs::path self = fs::read_symlink("/proc/self/exe");
         sweep_.md = options_.md.empty() ? (self.parent_path() / "MD").string()
@@ -113,8 +126,7 @@ class Sweep {
     // What MD makes of the clip's name and of the settings for raw files.
     std::string InputText(const PlanClip& clip) const {
         const Settings& base = sweep_.plan.settings;
-        const std::string type = clip.type.value_or(ValueOf(base, "InputFileType"));
-        std::string text = Assignment(RowOf("InputFileType"), type);
+        std::string text = Assignment(RowOf("InputFileType"), TypeOf(clip));
         text += Assignment(RowOf("InputWidth"), clip.width.value_or(ValueOf(base, "InputWidth")));
         text +=
             Assignment(RowOf("InputHeight"), clip.height.value_or(ValueOf(base, "InputHeight")));
