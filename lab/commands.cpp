@@ -29,6 +29,7 @@ std::unique_ptr<CLI::App> MakeApp(int* status) {
     app->require_subcommand(1);
     app->set_version_flag("--version", "mdlab " MD_VERSION);
     for (AddCommand* add : kCommands) add(app.get(), status);
+    BeginHelpWith("  mdlab compare golden/ rtl/\n  mdlab show out 17\n", app.get());
     return app;
 }
 

@@ -65,7 +65,7 @@ class Walk {
     void DescribeTextOnly();
     void CompareCountLogs();
     void CompareAllVideos();
-    void RequireStages();
+    void RequireWanted();
 
     const CompareOptions& options_;
     const BlockSink& sink_;
@@ -289,10 +289,11 @@ void Walk::RecordThere(const std::vector<Difference>& differences) {
 
 // One frame of the golden run tells the grid, the videos' names the stride.
 void Walk::DescribeGrid() {
+    FileKind kind{};
     try {
         Frame frame;
         for (int k = 0; k < kObjectFile && frame.columns == 0; ++k) {
-            const auto kind = static_cast<FileKind>(k);
+            kind = static_cast<FileKind>(k);
             const auto& frames = golden_.frames[static_cast<std::size_t>(k)];
             if (golden_.has[static_cast<std::size_t>(k)]) {
                 RunningFile(golden_.PathOf(kind), kind).Next(&frame);
@@ -302,8 +303,9 @@ void Walk::DescribeGrid() {
         }
         result_.columns = frame.columns;
         result_.rows = frame.rows;
-    } catch (const Error&) {
-        // Files that are broken and equal are equal, whatever they are.
+    } catch (const Error& error) {
+        // Two empty files are equal, but no comparison.
+        if ((lists_.kinds & Bit(kind)) != 0 && result_.trouble.empty()) Unreadable(error);
     }
     std::optional<int> stride;
     for (const ::lab::Run* run : {&golden_, &other_}) {
@@ -335,9 +337,9 @@ void Walk::DescribeGrids() {
 
 void Walk::DescribeTextOnly() {
     if (text_only_ == 0) return;
-    result_.notes.emplace_back("text", "of " + std::to_string(text_only_) +
-                                           " frames is written in another way (line ends, blanks, "
-                                           "digits); its values are equal");
+    result_.notes.emplace_back("text", Counted(text_only_, "frame") +
+                                           " in another writing (line ends, blanks, digits); the "
+                                           "values are equal");
 }
 
 void Walk::CompareCountLogs() {
@@ -383,8 +385,14 @@ void Walk::CompareAllVideos() {
     }
 }
 
-// A stage asked for by name that no file shows must not pass for equal. Unlike grids differ anyway.
-void Walk::RequireStages() {
+// A stage or frames asked for that no file shows must not pass for equal. Unlike grids differ
+// anyway.
+void Walk::RequireWanted() {
+    const auto there = FramesOf(golden_);
+    if (there && result_.frames == 0 && !result_.Differs()) {
+        Trouble("not shown", "no frame of --frames: there are " + std::to_string(there->first) +
+                                 " to " + std::to_string(there->last));
+    }
     if (options_.all_stages || unlike_) return;
     for (int s = 0; s < kStageCount; ++s) {
         const auto stage = static_cast<std::size_t>(s);
@@ -409,7 +417,7 @@ Comparison Walk::Run() {
     CompareCountLogs();
     CompareAllVideos();
     DescribeTextOnly();
-    RequireStages();
+    RequireWanted();
     if (hidden_trouble_ > 0) {
         result_.trouble.emplace_back("unreadable",
                                      "and " + std::to_string(hidden_trouble_) + " more files");

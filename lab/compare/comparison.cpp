@@ -27,6 +27,10 @@ std::string NameOf(const Difference& difference) {
     return ValueName(difference.field, difference.element);
 }
 
+std::string Counted(int64_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 std::string NameSources(Sources sources, int64_t frame) {
     std::string names;
     const auto add = [&names](const std::string& name) {

@@ -50,6 +50,8 @@ struct Difference {
 std::string NameOf(const Difference& difference);
 std::string BoxValueName(int element);
 constexpr int kBoxesListed = 1 << 20;  // as an element: the number of boxes in the list
+// "1 frame", "17 frames".
+std::string Counted(int64_t count, const char* what);
 // The files of a frame: "hogmd_golden.txt, 0018_Full.csv, 0018_Full.json (CellData)".
 std::string NameSources(Sources sources, int64_t frame);
 

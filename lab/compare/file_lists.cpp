@@ -29,7 +29,7 @@ std::string KindsText(Sources kinds) {
         text += (text.empty() ? "" : ", ") + std::string(IsFrameFile(kind) ? "NNNN" : "") +
                 KindName(kind);
     }
-    return text;
+    return text.empty() ? "none" : text;
 }
 
 Sources KindsOf(const Run& run) {
@@ -73,6 +73,19 @@ void DropLeftOver(Run* run, Comparison* result) {
                                                 ", so an earlier, longer run left them");
 }
 
+// Against a single file of one frame a folder has that frame and kind only.
+void KeepKindOf(const Run& single, Run* folder) {
+    if (single.single.empty() || !folder->single.empty() || !IsFrameFile(single.single_kind))
+        return;
+    const auto& of_kind = folder->frames[single.single_kind];
+    if (of_kind.empty()) return;
+    const int64_t frame = *single.frames[single.single_kind].begin();
+    const bool there = of_kind.contains(frame);
+    folder->has.fill(false);
+    for (auto& frames : folder->frames) frames.clear();
+    if (there) folder->frames[single.single_kind].insert(frame);
+}
+
 // Two single files are a pair whatever their names say.
 void PairSingles(Run* golden, Run* other) {
     if (golden->single.empty() || other->single.empty()) return;
@@ -91,6 +104,8 @@ FileLists ListFiles(const CompareOptions& options, Run* golden, Run* other, Comp
     PairSingles(golden, other);
     DropLeftOver(golden, result);
     DropLeftOver(other, result);
+    KeepKindOf(*golden, other);
+    KeepKindOf(*other, golden);
     const Sources in_golden = KindsOf(*golden), in_other = KindsOf(*other);
     FileLists lists;
     lists.kinds = in_golden & in_other;

@@ -128,9 +128,8 @@ std::string JunitReport(const Comparison& c) {
         const std::string name = StageName(static_cast<Stage>(s));
         const auto& first = c.first_of[stage];
         if (first) {
-            std::string message = std::to_string(c.blocks[stage]) +
-                                  (s == kStageBox ? " frames differ" : " blocks differ") +
-                                  ", first in frame " + std::to_string(first->frame);
+            std::string message = Counted(c.blocks[stage], s == kStageBox ? "frame" : "block") +
+                                  " wrong, first in frame " + std::to_string(first->frame);
             if (s != kStageBox) {
                 message +=
                     ", block x " + std::to_string(first->x) + ", y " + std::to_string(first->y);

@@ -133,6 +133,9 @@ std::string SuspectText(const Comparison& c) {
     };
     constexpr std::array<int, kStageCount> kNeeds = {
         -1, kStageLuma, kStageVector, kStageVector, kStageVector, kStageDistance, kStageActive};
+    if (c.first.front().same != 0) {
+        return Line("suspect", "the writing of one of these files, not the block");
+    }
     const Stage stage = c.first.front().stage;
     const int needed = kNeeds[stage];
     if (needed >= 0 && !c.there[static_cast<std::size_t>(needed)].known) return "";
@@ -231,8 +234,8 @@ std::string TextReport(const Comparison& c, bool colour) {
     const char* word = differs ? "DIFFER" : c.trouble.empty() ? "SAME" : "TROUBLE";
     std::string head = Line(word, c.other + " against " + c.golden);
     head.pop_back();
-    if (c.frames > 0) head += Format(": %lld frames", static_cast<long long>(c.frames));
-    if (c.columns > 0) head += Format(", %d blocks", c.columns * c.rows);
+    if (c.frames > 0) head += ": " + Counted(c.frames, "frame");
+    if (c.columns > 0) head += ", " + Counted(c.columns * c.rows, "block");
     if (colour) {
         const std::string start = differs || !c.trouble.empty() ? "\033[1;31m" : "\033[1;32m";
         head = start + head.substr(0, 9) + "\033[0m" + head.substr(9);

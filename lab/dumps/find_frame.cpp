@@ -53,7 +53,7 @@ int64_t FindFrame(const std::string& path, int64_t frame) {
     const RawFile file(path);
     for (int64_t first = 0, last = file.Size(); first <= last;) {
         const int64_t middle = first + (last - first) / 2;
-        const auto heading = LastHeading(file, middle, 0);
+        const auto heading = LastHeading(file, middle, first);
         if (heading && heading->frame == frame) return heading->offset;
         if (!heading || heading->frame < frame) {
             first = middle + 1;

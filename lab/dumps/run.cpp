@@ -127,6 +127,8 @@ Run OpenRun(const std::string& path) {
     const fs::file_status status = fs::status(path, error);
     if (!fs::exists(status)) throw Error(path + ": cannot be read: No such file or directory");
     if (!fs::is_directory(status)) {
+        // Its beginning is read, for which a pipe would wait.
+        if (!fs::is_regular_file(status)) throw Error(path + ": is no regular file");
         const auto kind = KindOf(path);
         if (!kind) throw Error(path + ": is none of the files that MD leaves in HOG_feature");
         run.single = path;

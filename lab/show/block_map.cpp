@@ -145,7 +145,9 @@ std::string DrawDigits(const BlockMap& whole, int width) {
     const int pitch = digits + 1;
     const int merge = DivideUp(whole.columns, (width - 2) / pitch);
     const BlockMap map = Shrink(whole, merge);
-    const int margin = std::min(label, width - map.columns * pitch - 1);
+    // The box may need a place after the last column.
+    const int edge = map.box && map.box->right == map.columns ? 1 : 0;
+    const int margin = std::min(label, width - map.columns * pitch - edge);
 
     std::string text = ColumnLabels(margin + digits, map.columns, merge, pitch);
     for (int y = 0; y < map.rows; ++y) {

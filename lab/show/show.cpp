@@ -21,6 +21,7 @@ namespace lab {
 
 namespace {
 
+constexpr int kLastFrame = 999999999;
 constexpr int kUsualStride = 8;  // where neither the videos nor the user tell
 constexpr int kLeastWidth = 20;
 constexpr int kLinesAround = 5;  // heading, column numbers, scale, prompt
@@ -182,7 +183,7 @@ void AddShow(CLI::App* app, int* status) {
     show->add_option("FRAME", options->frame,
                      "Counted from 0, as Frame_idx; file names say one more")
         ->required()
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Range(0, kLastFrame));
     show->add_option("--values", options->values, "distance (default), active or luma")
         ->check(CLI::IsMember({"distance", "active", "luma"}))
         ->option_text("WHAT");

@@ -1,5 +1,6 @@
 #include "lab/tool/result_file.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,8 +11,21 @@
 
 namespace lab {
 
+namespace {
+
+// The name to write to at first. A renamed file would take the place of a pipe or /dev/null, so
+// those are written to themselves.
+std::string NameUntilWhole(const std::string& path) {
+    struct stat status {};
+    const bool there = stat(path.c_str(), &status) == 0;
+    if (there && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return path;
+    return path + ".part" + std::to_string(getpid());
+}
+
+}  // namespace
+
 ResultFile::ResultFile(std::string path)
-    : path_(std::move(path)), temporary_(path_ + ".part" + std::to_string(getpid())) {
+    : path_(std::move(path)), temporary_(NameUntilWhole(path_)) {
     file_ = std::fopen(temporary_.c_str(), "wb");
     if (file_ == nullptr) throw Error(path_ + ": cannot be written: " + std::strerror(errno));
 }
@@ -19,7 +33,11 @@ ResultFile::ResultFile(std::string path)
 ResultFile::~ResultFile() {
     if (file_ == nullptr) return;
     std::fclose(file_);
-    std::remove(temporary_.c_str());
+    Remove();
+}
+
+void ResultFile::Remove() {
+    if (temporary_ != path_) std::remove(temporary_.c_str());
 }
 
 void ResultFile::Write(std::string_view bytes) {
@@ -32,9 +50,12 @@ void ResultFile::Commit() {
     int reason = errno;
     const bool closed = std::fclose(std::exchange(file_, nullptr)) == 0;
     if (whole && !closed) reason = errno;
-    if (whole && closed && std::rename(temporary_.c_str(), path_.c_str()) == 0) return;
-    if (whole && closed) reason = errno;
-    std::remove(temporary_.c_str());
+    if (whole && closed) {
+        if (temporary_ == path_) return;
+        if (std::rename(temporary_.c_str(), path_.c_str()) == 0) return;
+        reason = errno;
+    }
+    Remove();
     throw Error(path_ + ": cannot be written: " + std::strerror(reason));
 }
 

@@ -1,6 +1,7 @@
 // A file that mdlab leaves. It is written under a temporary name in the same folder and renamed
 // once it is whole, so that a reader never meets half a file. A file that is dropped without Commit
-// is removed, and an older file of that name stays as it was.
+// is removed, and an older file of that name stays as it was. A pipe or a device is written to as
+// it is.
 #pragma once
 
 #include <cstdio>
@@ -27,8 +28,10 @@ class ResultFile {
     void Commit();
 
   private:
+    void Remove();
+
     std::string path_;
-    std::string temporary_;
+    std::string temporary_;  // path_ of a pipe or a device
     std::FILE* file_ = nullptr;
 };
 

@@ -56,8 +56,8 @@ TEST_F(CompareProgram, SaysTheSame) {
     WriteAll(folder_ / "rtl/hogmd_dist.txt", text);
     EXPECT_EQ(Compare({"golden", "rtl"}).sOut,
               "SAME     rtl against golden: 20 frames, 144 blocks\n"
-              "text     of 20 frames is written in another way (line ends, blanks, digits); its "
-              "values are equal\n");
+              "text     20 frames in another writing (line ends, blanks, digits); the values are "
+              "equal\n");
 }
 
 TEST_F(CompareProgram, ReportsTheFirstDifferenceAndCountsTheRest) {
@@ -242,10 +242,14 @@ TEST_F(CompareProgram, RefusesWhatCannotBeCompared) {
         EXPECT_EQ(outcome.nExit, 2);
         EXPECT_EQ(outcome.sErr, "mdlab: " + message + "\n");
     }
-    // A pipe does not make it wait.
-    const Outcome pipe = Compare({"golden/hogmd_dist.txt", "hogmd_dist.txt"});
-    EXPECT_EQ(pipe.nExit, 2);
-    ExpectText(pipe, "unreadable hogmd_dist.txt: is no regular file");
+    // A pipe does not make it wait, whether its name tells the kind or not.
+    fs::rename(folder_ / "hogmd_dist.txt", folder_ / "pipe");
+    fs::create_symlink("pipe", folder_ / "hogmd_dist.txt");
+    for (const std::string pipe : {"hogmd_dist.txt", "pipe"}) {
+        const Outcome outcome = Compare({"golden/hogmd_dist.txt", pipe});
+        EXPECT_EQ(outcome.nExit, 2);
+        EXPECT_EQ(outcome.sErr, "mdlab: " + pipe + ": is no regular file\n");
+    }
     if (geteuid() != 0) {
         fs::permissions(folder_ / "rtl/hogmd_dist.txt", fs::perms::none);
         const Outcome outcome = Compare({"golden", "rtl"});
@@ -256,6 +260,19 @@ TEST_F(CompareProgram, RefusesWhatCannotBeCompared) {
     const Outcome stage = Compare({"boxes", "golden", "--stages", "box,luma"});
     EXPECT_EQ(stage.nExit, 2);
     ExpectLine(stage, "not shown stage luma: no file of both runs shows it");
+}
+
+TEST_F(CompareProgram, TakesNothingForTheSameThatItDidNotCompare) {
+    const Outcome frames = Compare({"golden", "rtl", "--frames", "20:30"});
+    EXPECT_EQ(frames.nExit, 2);
+    ExpectLine(frames, "not shown no frame of --frames: there are 0 to 19");
+    for (const char* run : {"golden/hogmd_golden.txt", "rtl/hogmd_golden.txt"}) {
+        WriteAll(folder_ / run, "");
+    }
+    const Outcome empty = Compare({"golden", "rtl"});
+    EXPECT_EQ(empty.nExit, 2);
+    ExpectText(empty, "cut off  golden/hogmd_golden.txt:1:1: found the end of the file");
+    EXPECT_EQ(Compare({"golden", "rtl", "--stages", "distance"}).nExit, 0);
 }
 
 TEST_F(CompareProgram, ComparesOneFileOfAKind) {
@@ -269,6 +286,12 @@ TEST_F(CompareProgram, ComparesOneFileOfAKind) {
     // A file against a folder that has one of its kind.
     WriteAll(folder_ / "sim.txt", ReadAll(folder_ / "golden/hogmd_dist.txt"));
     EXPECT_EQ(Compare({"golden", "sim.txt"}).nExit, 0);
+    // One frame of a kind: the others are not missing.
+    WriteAll(folder_ / "0005_HOGCur.txt", DumpText(rtl[4], lab::kHogCurFile));
+    const Outcome frame = Compare({"golden", "0005_HOGCur.txt", "--limit", "0"});
+    EXPECT_EQ(frame.nExit, 1);
+    ExpectText(frame, "first    frame 4 (files 0005_*)   block x 0, y 0");
+    EXPECT_EQ(frame.sOut.find("missing"), std::string::npos) << frame;
 }
 
 TEST_F(CompareProgram, FindsThePixelOfAVideo) {
@@ -342,10 +365,9 @@ TEST_F(CompareProgram, LeavesFilesForPrograms) {
     const std::string xml = ReadAll(folder_ / "a.xml");
     EXPECT_NE(xml.find("tests=\"9\" failures=\"3\" errors=\"0\" skipped=\"0\""), std::string::npos)
         << xml;
-    EXPECT_NE(
-        xml.find("name=\"active\"><failure message=\"1 blocks differ, first in frame 6, block "
-                 "x 5, y 0: active flag"),
-        std::string::npos)
+    EXPECT_NE(xml.find("name=\"active\"><failure message=\"1 block wrong, first in frame 6, block "
+                       "x 5, y 0: active flag"),
+              std::string::npos)
         << xml;
 }
 

@@ -68,6 +68,17 @@ TEST_F(ResultFileTest, NamesThePathWhenItCannotBeWritten) {
               }),
               taken + ": cannot be written: Is a directory");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1);
+
+    // A device stays: the file must not take its place.
+    const std::string full = (folder_ / "full").string();
+    fs::create_symlink("/dev/full", full);
+    EXPECT_EQ(message([&] {
+                  lab::ResultFile file(full);
+                  file.Write("text");
+                  file.Commit();
+              }),
+              full + ": cannot be written: No space left on device");
+    EXPECT_TRUE(fs::is_character_file(full));
 }
 
 }  // namespace
