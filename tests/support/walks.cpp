@@ -46,15 +46,20 @@ void PickTaps(const Picker& Pick, int32_t* pTaps) {
 
 }  // namespace
 
+// All settings have their whole range, but shifts, scales and thresholds are mostly such that
+// distances are neither all 0 nor all over every bound: elsewhere the decision has little to do.
 Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
+    const auto Mostly = [&](int32_t nLow, int32_t nHigh, int32_t nWholeHigh) {
+        return Pick(0, 3) == 0 ? Pick(0, nWholeHigh) : Pick(nLow, nHigh);
+    };
     Setting s;
     MdParams& md = s.md;
     s.nWidth = nWidth;
     s.nHeight = nHeight;
-    s.nFrames = Pick(3, 7);
-    s.nPicture = Pick(0, 7);
+    s.nPicture = Pick(0, 8);
     md.nMD_Padding_Method = Pick(0, 2);
-    md.nMD_RefFrmIdx = Pick(0, 3);
+    md.nMD_RefFrmIdx = Pick(0, 9) == 0 ? 0 : Pick(1, 3);
+    s.nFrames = md.nMD_RefFrmIdx + Pick(2, 5);
     md.nMD_HogBlockSize = 16;
     md.nMD_HogCellSize = 8 * Pick(1, 2);
     md.nMD_HogBlockStride = Pick(0, 1) == 0 ? 8 : 8 * Pick(1, 8);
@@ -62,16 +67,16 @@ Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
     PickTaps(Pick, md.nMD_HogGradY);
     md.nMD_HogMagnitudeWeightEn = Pick(0, 1);
     md.nMD_HogNormalizeMode = Pick(0, 2);
-    md.nMD_MetricMode = Pick(0, 9) == 0 ? 0 : 2;
-    md.nMD_ShiftMetric2_Th = Pick(0, 15);
-    md.nMD_ShiftHistMag2 = Pick(0, 7);
+    md.nMD_MetricMode = Pick(0, 19) == 0 ? 0 : 2;
+    md.nMD_ShiftMetric2_Th = Mostly(5, 11, 15);
+    md.nMD_ShiftHistMag2 = Mostly(0, 3, 7);
     md.nMD_NeighborCorrelation = Pick(0, 4) == 0 ? 0 : 1;
     md.nMD_ActBlk_MinMaxRatio_Scale = Pick(0, 255);
     md.nMD_ActBlkRepeatFrmCntTh = Pick(0, 5);
     md.nMD_ActNeighborBlkCntTh = Pick(0, 9);
     md.nMD_HogDist_AvgYDiffCalc_Method = Pick(0, 2);
-    md.nMD_HogDist_AvgYDiffThre_Scale = Pick(0, 511);
-    md.nMD_HogDist_Th_AvgYDiffAdj_Scale = Pick(0, 255);
+    md.nMD_HogDist_AvgYDiffThre_Scale = Mostly(0, 32, 511);
+    md.nMD_HogDist_Th_AvgYDiffAdj_Scale = Mostly(0, 8, 255);
     md.nMD_HogDist_Th_nnAdj_Scale = Pick(0, 31);
     md.nMD_HogDist_Th_highActiveAdj_scale = Pick(0, 31);
     md.nMD_LowDelayEn = Pick(0, 1);
@@ -79,9 +84,9 @@ Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
     md.nMD_HogDist_Th_LowDelay_nn_count = Pick(0, 3);
     md.nMD_HogDist_Th_LowDelay_prev_nn_count = Pick(0, 3);
     md.nMD_HogDist_WeightMethod = Pick(0, 1);
-    md.nMD_HogDist_Scale2 = Pick(0, 3) == 0 ? 511 : Pick(0, 64);
-    md.nMD_HogDistAvailCheck = Pick(0, 1);
-    md.nMD_HogDist_Th = Pick(0, 1) == 0 ? Pick(0, 255) : 10;
+    md.nMD_HogDist_Scale2 = Pick(0, 3) == 0 ? 511 : Mostly(8, 64, 511);
+    md.nMD_HogDistAvailCheck = Pick(0, 2) == 0 ? 1 : 0;
+    md.nMD_HogDist_Th = Mostly(0, 40, 255);
     GaussianWindowInit(3.0, 16, 64, s.aGauss);
     return s;
 }

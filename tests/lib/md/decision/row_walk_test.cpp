@@ -27,7 +27,8 @@ Setting PickRandom(Rng& rng, int32_t nWidth, int32_t nHeight) {
     return PickSetting(tPicker, nWidth, nHeight);
 }
 
-// Flat, full, alternating, ramps, noise, and two that leave most blocks quiet.
+// Flat, full, alternating, ramps, noise, two that leave most blocks quiet, and squares of noise
+// that come and go.
 uint8_t Pixel(Rng& rng, int32_t nPicture, int32_t x, int32_t y, int32_t f) {
     switch (nPicture) {
         case 0:
@@ -44,6 +45,9 @@ uint8_t Pixel(Rng& rng, int32_t nPicture, int32_t x, int32_t y, int32_t f) {
             return static_cast<uint8_t>(128 + rng() % 4);
         case 6:
             return static_cast<uint8_t>((x - 4 * f) / 6 == 2 && y / 6 == 2 ? 250 : 90 + rng() % 3);
+        case 7:
+            return static_cast<uint8_t>((x / 24 + y / 24 + f / 2) % 3 == 0 ? rng()
+                                                                           : 100 + rng() % 2);
         default:
             return static_cast<uint8_t>(rng());
     }
