@@ -21,7 +21,7 @@ FrameReader FrameReaderOpen(const char* szPath, int32_t nWidth, int32_t nHeight,
 int32_t FrameReaderNext(FrameReader* pReader, uint8_t* pYuv) {
     FrameReader& t = *pReader;
     const int64_t nEnd = t.nOffset + t.nFrameBytes;
-    // The length is asked anew each time: a file may shrink or grow during a run.
+    // The length is asked for every frame: a file may shrink or grow during a run.
     const bool bSkip = t.bLumaOnly && RegularFileSize(t.pFile) >= nEnd;
     const auto nWanted = static_cast<size_t>(bSkip ? t.nLumaBytes : t.nFrameBytes);
     const size_t nRead = std::fread(pYuv, 1, nWanted, t.pFile);

@@ -12,7 +12,7 @@ struct FrameReader {
     bool bLumaOnly;       // nothing reads chroma: its bytes are passed over
 };
 
-// Opens `szPath` and stands at frame nStart; a start beyond the end shows at the first read. A file
+// Opens `szPath` and seeks to frame nStart; a start beyond the end shows at the first read. A file
 // that cannot be opened ends the run with status -1.
 FrameReader FrameReaderOpen(const char* szPath, int32_t nWidth, int32_t nHeight, int32_t nStart,
                             bool bLumaOnly);

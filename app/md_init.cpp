@@ -17,7 +17,7 @@ namespace {
 
 constexpr int32_t kGeometryStep = 8;  // cell size and stride are multiples of this
 constexpr int32_t kBlockSize = 16;    // the one block size of this chip
-constexpr int32_t kGaussPeak = 64;    // weight that stands for 1.0
+constexpr int32_t kGaussPeak = 64;    // weight that means 1.0
 constexpr int32_t kMaxTapSum = 8;     // of a filter's positive or negated negative taps
 
 void RefuseUnaligned(const char* szKey, int32_t nValue) {

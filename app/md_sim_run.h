@@ -1,5 +1,5 @@
-// The spine: start-up order, frame loop, end of the run. It owns no algorithm, only the order of
-// all the others, and which folder and file exists when.
+// The order of a run: start-up, frame loop, end. No algorithm is here, only the order of all the
+// others, and which folder and file exists when.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // Which slots of the two rings a frame uses. Both rings are nMD_RefFrmIdx + 1 slots long, and all
-// indexes follow from CurFrmId and nMD_RefFrmIdx alone.
+// indexes follow from CurFrmId and nMD_RefFrmIdx only.
 #pragma once
 
 #include "md/sim_params.h"

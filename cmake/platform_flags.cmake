@@ -1,6 +1,6 @@
-# What the platforms and the finished program ask of compiler and linker, added to md_flags.
+# Compiler and linker flags that platforms and the finished program need, added to md_flags.
 
-# The folder of a build leaves no trace in its program: two builds give the same bytes.
+# The path of the build folder does not get into the program: two builds give the same bytes.
 target_compile_options(md_flags INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^i[3-6]86$")
@@ -12,7 +12,7 @@ if(WIN32)
     # printf and scanf by the language's standard, not by the system's own library; one file to copy.
     target_compile_definitions(md_flags INTERFACE __USE_MINGW_ANSI_STDIO=1)
     target_link_options(md_flags INTERFACE -static)
-    # Vectors of 32 bytes are not aligned on this system's stack, whatever the code asks for. Debian's
+    # Vectors of 32 bytes are not aligned on this system's stack, even if the code asks for it. Debian's
     # compiler takes the moves that do not need it by itself; the assembler does it for the others.
     target_compile_options(md_flags INTERFACE -Wa,-muse-unaligned-vector-move)
 else()

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the benchmarks, makes the clips, and prints nanoseconds a block of each kernel and one table
 # of whole-program ratios. Usage: scripts/bench.sh [VIDEO [ROUNDS]]; without a video the clips come
-# from the generator. The machine should do nothing else meanwhile.
+# from the generator. The machine should do nothing else during that time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh libbenchmark-dev python3

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Set-up, release build, one whole run on a clip made on the spot, and a report of it; names at the
-# end what lies where. Everything it makes is under build/ and demo/.
+# Set-up, release build, one whole run on a clip made on the spot, and a report of it; at the
+# end it lists what it left. Everything it makes is under build/ and demo/.
 #
 #     demo.sh [--quick]     --quick: without the report
 set -euo pipefail
@@ -52,7 +52,7 @@ if [ $report = yes ] && $bin/mdlab report --help >/dev/null 2>&1; then
 else
     report=no
 fi
-echo "MD found motion in $boxes of $frames frames. Under demo/ lie:"
+echo "MD found motion in $boxes of $frames frames. In demo/ are:"
 cat <<'LIST'
 walker.mp4                            the clip that went in
 run.log                               what the run printed

@@ -30,7 +30,7 @@ platform_run() {
     for case in "${platform_cases[@]}"; do
         read -r name w h status settings <<<"$case"
         mkdir -p "$folder/$name"
-        # A hole of more than 4 GiB lies before the far frames.
+        # A hole of more than 4 GiB comes before the far frames.
         [ "$name" != far ] || truncate -s $((w * h * 3 / 2 * 10000)) "$folder/$name/in.yuv"
         cat "$clip" >>"$folder/$name/in.yuv"
         {
@@ -45,7 +45,7 @@ platform_run() {
         (cd "$folder/$name" && "$@" -d run.cfg >log 2>err) || rc=$?
         rm "$folder/$name/in.yuv"
         [ "$rc" -eq "$status" ] || { echo "$folder/$name ended with $rc, not $status"; return 1; }
-        # Runs without a box would be alike whatever the object stages did.
+        # Runs without a box would be equal even if the object stages were wrong.
         [ "$status" -ne 0 ] || grep -q 'MotionDetected=1' "$folder/$name/log" ||
             { echo "$folder/$name found nothing"; return 1; }
     done

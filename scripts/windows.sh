@@ -45,7 +45,7 @@ rc=0
 grep -vPm1 '^[^\r]*\r$' "$work"/windows/*/out/HOG_feature/*.csv || rc=$?
 [ "$rc" -eq 1 ] || { echo "a csv line ends in something else than CR LF"; exit 1; }
 
-# The whole statuses, which a POSIX parent sees the low byte of alone. The folder before the name
+# The whole statuses; a POSIX parent sees only their low byte. The folder before the name
 # keeps the command processor from its own MD, which makes folders.
 printf '%s\r\n' '@echo off' '..\..\bin\MD.exe -d run.cfg -p StartFrameIdx=-1' \
     'echo status=%errorlevel%' '..\..\bin\MD.exe -d run.cfg -p MD_RefFrmIdx=15' \
@@ -54,7 +54,7 @@ statuses=$(cd "$work/windows/method1" &&
     { "$wine" cmd /c status.bat 2>err || true; } | tr -d '\r' | grep '^status=' | xargs)
 [ "$statuses" = "status=400 status=-1" ] || { echo "statuses: $statuses"; exit 1; }
 
-# With a tool beside the program its commands run. The stand-in is MD itself, which misses its
+# Commands run when a tool is in the folder of the program. The stand-in is MD itself, which misses its
 # default file and prints its usage under the name that it was called by.
 cp "$build/bin/MD.exe" "$work/toolbin"
 cp "$build/bin/MD.exe" "$work/toolbin/ffmpeg.exe"

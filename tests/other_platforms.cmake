@@ -1,5 +1,5 @@
 # The tests of a cross-build: GoogleTest from its sources; programs start through the emulator where
-# there is one. Tests that start programs know POSIX alone, so Windows builds none of them.
+# there is one. Tests that start programs know POSIX only, so Windows builds none of them.
 add_compile_options(-Wno-restrict)  # GCC 12 warns of its own strings on 32-bit systems
 set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)

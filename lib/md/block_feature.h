@@ -1,4 +1,4 @@
-// The feature record of one block: a fixed record of 200 bytes, indexed by byte position.
+// The feature record of one block: 200 bytes in a fixed layout.
 #pragma once
 
 #include <cstdint>

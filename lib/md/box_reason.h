@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// What a box method found. Values that belong to a code stand behind it, in the order of aValue.
+// What a box method found. The values of each code are listed after it, in the order of aValue.
 enum BoxReasonCode : int32_t {
     kBoxNone = 0,  // no method ran
     // Method 0.
@@ -17,7 +17,7 @@ enum BoxReasonCode : int32_t {
     kGridNoGroup = 22,   // 0, smoothed score, its limit, blocks that a group must exceed
     kGridOneLine = 23,   // mean distance, smoothed score, its limit
     // Method 2.
-    kProjectionMotion = 30,     // frames a box has stood, frames needed, area sum, the one before
+    kProjectionMotion = 30,     // frames a box has lasted, frames needed, area sum, the one before
     kProjectionNoBlock = 31,    // no block was confirmed
     kProjectionNoMeeting = 32,  // blocks listed, none where fullest column and row meet
     kProjectionTooNew = 33,     // frames stood, frames needed

@@ -1,6 +1,5 @@
-// The statuses with which a run ends. They are handed to exit() as they stand; what a parent
-// process sees of them is the platform's (POSIX keeps the low eight bits: -1 shows as 255,
-// 400 as 144).
+// The statuses with which a run ends. exit() gets these numbers; what a parent process sees depends
+// on the platform (POSIX keeps the low eight bits: -1 shows as 255, 400 as 144).
 #pragma once
 
 enum ExitStatus : int {

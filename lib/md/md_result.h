@@ -10,9 +10,9 @@
 
 constexpr int kPoolSlots = 15;   // slots of the feature pool and of the frame pool
 constexpr int kMaxObjects = 4;   // slots of tObjects; the methods of this chip fill one
-constexpr int kGaussPitch = 32;  // row pitch of the Gaussian window, whatever the block size
+constexpr int kGaussPitch = 32;  // row pitch of the Gaussian window, for every block size
 
-// One reported object, in pixels of the working frame. The box lies inside the frame, except that
+// One reported object, in pixels of the working frame. The box is inside the frame, except that
 // right and bottom of method 2 may be the frame's width and height.
 struct MdObject {
     uint8_t bValid;  // 1 when a method filled this slot
@@ -26,12 +26,12 @@ struct MdObject {
     int32_t yDim;
 };
 
-// Results of the frame in hand and the block buffers of the run. All per-block tables run in
+// Results of the current frame and the block buffers of the run. All per-block tables run in
 // raster order, index = row * nBlkW + column.
 struct MdResult {
     int32_t nBlkW;                                // block columns, at least 1
     int32_t nBlkH;                                // block rows, at least 1
-    uint8_t aGaussWin[kGaussPitch][kGaussPitch];  // weights 0 to 64; 64 stands for 1.0
+    uint8_t aGaussWin[kGaussPitch][kGaussPitch];  // weights 0 to 64; 64 means 1.0
     // Feature records of the last frames. Null unless a dump or box method that is on asks for
     // records (its row in the table says so) or the block walk runs. Read them by CurrentRecords
     // and SlotRecords below.

@@ -13,8 +13,8 @@ struct OutFile {
     bool bShort = false;           // some write did not arrive whole
 };
 
-// Opens for binary writing. `szMode` is "wb" or "ab". What is written comes in large pieces, hence
-// no buffer unless one is given, which must outlive the open file. False if it cannot be opened.
+// Opens for binary writing. `szMode` is "wb" or "ab". Writes are large, so there is no
+// buffer unless one is given, which must outlive the open file. False if it cannot be opened.
 [[nodiscard]] bool OutFileOpen(OutFile* pOut, const char* szPath, const char* szMode = "wb",
                                char* pBuffer = nullptr, std::size_t nBuffer = 0);
 

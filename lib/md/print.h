@@ -1,6 +1,6 @@
 // The one way to standard output, and the one way to end a run early.
 //
-// MdPrint adds nothing to the text: line ends are the caller's. Configuration refusals go to
+// MdPrint adds nothing to the text: the caller ends its lines. Configuration refusals go to
 // standard error, all other messages to standard output; EndRun takes the stream for that reason.
 // Neither returns an error. A run whose standard output cannot be written (full disk, closed, its
 // reader gone) goes on, so that its files are complete; one line on standard error says so at the

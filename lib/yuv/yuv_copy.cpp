@@ -8,7 +8,7 @@
 
 namespace {
 
-// Row by row; a row that would leave either plane (odd sizes alone) is cut to what lies in both.
+// Row by row; a row that would leave either plane (at odd sizes only) is cut to what is in both.
 void CopyRows(const uint8_t* pSrc, const YuvPlane& tSrc, int64_t nFrom, uint8_t* pDst,
               const YuvPlane& tDst, int64_t nTo, int32_t nRows, int32_t nBytes) {
     for (int32_t r = 0; r < nRows; ++r) {

@@ -1,6 +1,6 @@
 // A planar 4:2:0 frame in memory: Y, then U, then V, one buffer, no row padding. Sizes and
-// coordinates are luma pixels, passed with every call; even sizes are the rule. Of an odd size the
-// chroma planes hold (w >> 1) * (h >> 1) bytes each, and no operation here leaves its plane.
+// coordinates are luma pixels, passed with every call; sizes are even as a rule. At an odd size
+// the chroma planes hold (w >> 1) * (h >> 1) bytes each, and no operation here leaves its plane.
 #pragma once
 
 #include <cstdint>

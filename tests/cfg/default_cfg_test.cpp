@@ -1,4 +1,4 @@
-// The table of settings and the shipped file that tells them: each key once with its range, each
+// The table of settings and the shipped file that lists them: each key once with its range, each
 // member once with a key.
 #include <gtest/gtest.h>
 
@@ -53,8 +53,8 @@ TEST(InputMap, EveryMemberWithAKeyIsReachedOnce) {
         nSection += Within(t.Place, tSimParams.tMd) ? nSize : 0;
     }
     EXPECT_EQ(aBytes.size(), nBytes) << "two keys share a byte";
-    // No key: ten taps, the magnitude bound, two run-time indexes. The rest is what aligning doubles
-    // takes, so a further member without a key shows, unless it just fills such a gap.
+    // No key: ten taps, the magnitude bound, two run-time indexes. The rest is what aligning
+    // doubles takes, so a further member without a key shows, unless it just fills such a gap.
     if (alignof(MdParams) == 8) {
         EXPECT_EQ(sizeof(MdParams) - nSection - 13 * sizeof(int32_t), 8U);
     }

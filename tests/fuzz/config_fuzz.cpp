@@ -25,7 +25,7 @@ struct MemoryFile {
     }
 };
 
-// What a stage behind the configuration may rely on.
+// What a stage after the configuration may rely on.
 void RequireLimits() {
     for (const InputMapEntry* p = aInputMap.data(); std::strcmp(p->TokenName, "END") != 0; ++p) {
         if (p->Type == kTypeString) {

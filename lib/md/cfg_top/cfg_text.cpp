@@ -8,8 +8,8 @@
 namespace {
 
 // Stores the size of the file and goes back to its start. False, after a message, when the size is
-// not that of a configuration file. *pSize holds the low 32 bits of the position only: a file beyond
-// 2 GiB shows as negative or as a remainder.
+// not that of a configuration file. *pSize holds the low 32 bits of the position only: a file
+// beyond 2 GiB shows as negative or as a remainder.
 bool FetchSize(std::FILE* pFile, const char* szPath, int32_t* pSize) {
     if (std::fseek(pFile, 0, SEEK_END) != 0) {
         std::fprintf(stderr, "Cannot fseek in configuration file %s.", szPath);
@@ -74,7 +74,7 @@ int32_t cfgTokenise(char* szText, int32_t nLength, char* aTokens[kMaxTokens]) {
     char* const pEnd = szText + nLength;
     for (char* p = szText; p < pEnd;) {
         switch (*p) {
-            case '\r':  // stays part of a token that it stands in
+            case '\r':  // stays part of the token around it
                 ++p;
                 break;
             case '#':
@@ -102,8 +102,8 @@ int32_t cfgTokenise(char* szText, int32_t nLength, char* aTokens[kMaxTokens]) {
                     bInItem = false;
                 } else {
                     Record(p);
-                    // Flipped, not set: a quote straight behind an item clears the flag, and the
-                    // next byte records a token here once more.
+                    // Flipped, not set: a quote right after an item clears the flag, and the next
+                    // byte records the token a second time.
                     bInItem = !bInItem;
                 }
                 bInString = !bInString;

@@ -17,6 +17,6 @@ std::string cfgDirName(const char* szPath);
 // Cuts `szText` into tokens in place, writing end marks into it, and stores a pointer to the start
 // of each in `aTokens`. Returns their number; more than kMaxTokens end the run with status 4.
 //
-// White space separates tokens. Double quotes make one token of what stands between them, blanks
-// included, up to the line's end at most. '#' ends the line, within quotes too.
+// White space separates tokens. Double quotes make one token of the text between them, blanks
+// included, up to the end of the line at most. '#' ends the line, within quotes too.
 int32_t cfgTokenise(char* szText, int32_t nLength, char* aTokens[kMaxTokens]);

@@ -1,11 +1,11 @@
-// What this chip lacks, and where its paths start from.
+// Settings that this chip does not have, and the completion of relative paths.
 #pragma once
 
 #include "md/sim_params.h"
 
 // Refuses the settings that the input map allows and this chip lacks (status -1, standard error).
-// Runs once, behind cfgConfigure and before anything reads a setting. The one correction it makes
-// is to the deprecated MD_HogWithoutBlkDiffCheck.
+// Runs once, after cfgConfigure and before anything reads a setting. It corrects one setting only:
+// the deprecated MD_HogWithoutBlkDiffCheck.
 void MdCheckChipLimits();
 
 // Completes a relative path in place with the folder `szBase`; a path that would not fit ends the

@@ -83,7 +83,7 @@ void StoreValue(const InputMapEntry& tRow, const char* szValue) {
 void AssignTriples(char* szText, int32_t nLength, bool bOpenEnd) {
     char* aTokens[kMaxTokens];
     const int32_t nTokens = cfgTokenise(szText, nLength, aTokens);
-    // Threes, whatever the lines are; one token left over at the end is ignored.
+    // Threes, regardless of lines; one token left over at the end is ignored.
     for (int32_t i = 0; i < nTokens - 1; i += 3) {
         const int32_t nRow = cfgParamNameToIndex(aTokens[i]);
         if (nRow < 0) {

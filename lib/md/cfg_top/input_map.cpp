@@ -11,7 +11,7 @@ namespace {
 constexpr SimParams& sim = tSimParams;
 constexpr MdParams& md = tSimParams.tMd;
 
-// Row makers: the type of the place and the type in the row cannot part ways.
+// Row makers: the type of the place and the type in the row always agree.
 constexpr InputMapEntry Row(const char* szKey, void* pPlace, ValueType nType, double dDefault,
                             LimitKindValue nKind, double dMin, double dMax) {
     InputMapEntry tRow{{}, pPlace, nType, dDefault, nKind, dMin, dMax};

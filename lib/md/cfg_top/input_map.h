@@ -20,7 +20,7 @@ enum LimitKindValue : int32_t {
 };
 
 struct InputMapEntry {
-    char TokenName[64];  // compared exactly; "END" in the row behind the last key
+    char TokenName[64];  // compared exactly; "END" in the row after the last key
     void* Place;
     int32_t Type;       // ValueType
     double Default;     // integers are stored as doubles too; strings have none

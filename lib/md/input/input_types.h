@@ -7,7 +7,7 @@
 
 struct InputTypeRow {
     InputType nType;
-    const char* szMark;       // what the name of a raw file of this type bears; null: no mark
+    const char* szMark;       // part of the name of raw files of this type; null: no mark
     const char* szSmallMark;  // the same with its letter small
     bool bAskSize;            // the prober gives the size
     bool bByTool;             // the converter writes the frames, which it can at even sizes only
@@ -15,7 +15,7 @@ struct InputTypeRow {
     void (*pConvert)(const char* szOutput);
 };
 
-// In the order in which marks are looked for: a path may bear several.
+// In the order in which marks are looked for: a path may hold several.
 extern const std::span<const InputTypeRow> aInputTypes;
 
 // nType: 0 to kInputTypes - 1.

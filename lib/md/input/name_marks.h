@@ -5,13 +5,13 @@
 
 #include "md/sim_params.h"
 
-// Type of a file named as raw video: its extension begins with "yuv" and the path bears a mark of
+// Type of a file named as raw video: its extension begins with "yuv" and the path holds a mark of
 // the table (input_types.h), such as "_P420". Any other name gives kAnyVideo. Marks are looked for
 // in the whole path, folders included.
 InputType InputTypeFromName(const char* szPath);
 
 // Calls fnFound(width, height) for every size in the path, in order: decimal digits, 'x', decimal
-// digits, filling exactly what stands between two underscores; both at least 1.
+// digits, filling exactly the text between two underscores; both at least 1.
 template <typename Found>
 void ForEachNameSize(const char* szPath, Found fnFound);
 

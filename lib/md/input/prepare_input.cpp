@@ -21,7 +21,7 @@ namespace {
 
 constexpr size_t kDerivedPathSize = 768;
 
-// The derived paths, which the loop reads up to the end of the process.
+// The derived paths; SimParams points here up to the end of the process.
 char szPreInput[kDerivedPathSize];
 char szScaledInput[kDerivedPathSize];
 
@@ -113,7 +113,7 @@ void FixWorkingSize() {
     nMdHeight = md.nMD_ScaledH;
     if (md.nMD_Scale_KeepAspectRatio != 0) {
         if (sim.nInputWidth == 0) EndRun(stdout, kExitInput, "[ERROR] auto detect W,H fail\n");
-        // Sizes from names and prober have no limit of their own.
+        // Sizes from names and from the prober are not limited.
         const int64_t nHeight = (int64_t{sim.nInputHeight} * nMdWidth) / sim.nInputWidth;
         if (nHeight > INT32_MAX) {
             EndRun(stdout, kExitInput, "[ERROR] input size %dx%d gives no usable working height\n",
@@ -127,7 +127,7 @@ void FixWorkingSize() {
     }
 }
 
-// The planes that the outside converter delivers at an odd size are not those that we read.
+// At an odd size the outside converter rounds chroma planes up, and we read them rounded down.
 void RefuseOddDelivery() {
     if ((nMdWidth & 1) != 0 || (nMdHeight & 1) != 0) {
         EndRun(stdout, kExitInput,

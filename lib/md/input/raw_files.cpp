@@ -12,7 +12,7 @@ int32_t YuvI400ToI420(const char* szInput, int32_t nWidth, int32_t nHeight, cons
     const uint64_t nPixels = static_cast<uint64_t>(nWidth) * static_cast<uint64_t>(nHeight);
     const auto nLuma = static_cast<size_t>(nPixels);
     const auto nFrame = static_cast<size_t>((nPixels * 3) >> 1);
-    // A size in a name has no limit: it may be beyond what a 32-bit system can count.
+    // A size in a name is not limited: a frame may be larger than a 32-bit system can count.
     const bool bCounts = nFrame == (nPixels * 3) >> 1;
     std::FILE* pIn = OpenToRead(szInput);
     RefuseToOverwrite(szOutput, szInput, kExitInput);

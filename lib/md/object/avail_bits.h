@@ -1,4 +1,4 @@
-// Walks over the avail bitmap: bit i & 7 of byte i >> 3 tells whether block i is available.
+// Walks over the avail bitmap: bit i & 7 of byte i >> 3 is 1 if block i is available.
 #pragma once
 
 #include <bit>

@@ -1,6 +1,6 @@
-// Temporal gate behind the box methods: holds a box back until area and aspect have settled over a
-// window of frames, then opens, widens that one box, and passes the following ones unchanged until
-// motion stops.
+// Temporal gate after the box methods. It suppresses boxes until area and aspect have settled over
+// a window of frames. Then it opens, widens that one box, and passes the following ones unchanged
+// until motion stops.
 #pragma once
 
 #include <cstdint>

@@ -23,8 +23,8 @@ void PpBisection(const MdPpConfig* pConfig, MdResult* pResult);
 void BisectAxes(const MdPpConfig* pConfig, MdResult* pResult);
 
 // Splits the slab of pixels nLo to nHi, both included, and stores its centre and dimension; writes
-// the node at nNode when nDepth is within the limit. Each half is shorter than its slab; one
-// that ends before it begins, after a moment has wrapped, has no blocks.
+// the node at nNode when nDepth is within the limit. Each half is shorter than its slab. May be
+// called with nHi < nLo after a moment wrapped; it then sees no blocks.
 void BisectSlab(int32_t nThreshold, uint32_t nLo, uint32_t nHi, uint32_t* pCenter, uint32_t* pDim,
                 int32_t nStride, int32_t nBlkW, int32_t nBlkH, const uint8_t* pDistMap,
                 const uint8_t* pAvailBits, SlabNode* pNodes, uint32_t nNode, int32_t nDepthLimit,

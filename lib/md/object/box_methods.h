@@ -16,5 +16,5 @@ struct BoxMethod {
 // nMethod: 0 to kPostProcMethods - 1.
 const BoxMethod& BoxMethodOf(int32_t nMethod);
 
-// All methods and the temporal gate start anew.
+// All methods and the temporal gate forget earlier frames.
 void BoxMethodsReset();

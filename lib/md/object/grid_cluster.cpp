@@ -43,8 +43,8 @@ void GatherRegions(const MdPpConfig& cfg, const MdResult& res, const GridTune& t
     });
 }
 
-// Counts are read as they stand, with what earlier merges added. A region absorbed by one before it
-// is zeroed when its turn comes; one absorbed by a later region keeps its data and still scores.
+// Counts include what earlier merges have added. A region absorbed by one before it is zeroed when
+// its turn comes; one absorbed by a later region keeps its data and still scores.
 void MergeRegions(const GridTune& tune, RegionTable& regions) {
     for (int32_t i = 0; i < regions.nCount; ++i) {
         if (regions[i].nBlkCnt > tune.nMinBlocks && regions[i].bMerged == 0) {
@@ -69,7 +69,7 @@ void ScoreRegion(const MdPpConfig& cfg, const MdResult& res, GridRegion& r) {
             r.nDistSum += res.pDistMap[j];
         });
     }
-    r.nAvgDist = r.nDistSum / r.nHitCnt;  // the last block gathered lies in the box
+    r.nAvgDist = r.nDistSum / r.nHitCnt;  // not 0: the last block gathered is in the box
 }
 
 // Index of the region with the greatest score, the first of equals; 0 when none scores.

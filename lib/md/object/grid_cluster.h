@@ -40,5 +40,5 @@ void PpGridCluster(const MdPpConfig* pConfig, MdResult* pResult);
 // Clears the score of both records.
 void GridClusterReset();
 
-// Absorbs region b in region a when their boxes lie at most `nGap` pixels apart on both axes.
+// Merges region b into region a when their boxes are at most `nGap` pixels apart on both axes.
 void GridRegionMerge(GridRegion* pA, GridRegion* pB, int32_t nGap);

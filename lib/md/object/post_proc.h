@@ -8,7 +8,7 @@
 void MdPackAvailBits();
 
 // Fills bMotionDetected, nObjNum, tObjects and the reasons from the maps. Prints two lines every
-// frame: the result before the gate and the box behind it.
+// frame: the result before the gate and the box after it.
 void MdPostProc(const MdPpConfig* pConfig, MdResult* pResult);
 
 // Zeroes bMotionDetected, nObjNum, all object slots and the reasons.

@@ -14,7 +14,7 @@ namespace {
 constexpr int32_t kBinCols = 16;
 constexpr int32_t kBinRows = 9;
 constexpr int32_t kBoxExtent = 16;    // from a block's position to its far edge, pixels
-constexpr int32_t kStableFrames = 4;  // that a box has to stand
+constexpr int32_t kStableFrames = 4;  // in a row that a box must last
 constexpr int32_t kMinAreaSum = 6;    // of three frames, square pixels
 
 // Outcome of the refinement of one block.
@@ -47,7 +47,7 @@ struct BlockPlace {
 };
 
 // Confirmed blocks among the nine places. The pass runs in place and in raster order: blocks before
-// this one hold this frame's state, it and those behind it the last frame's.
+// this one hold this frame's state, it and those after it the last frame's.
 int32_t CountNear(const BlockPlace& at) {
     const ProjectionState& st = tProjectionState;
     int32_t nNear = 0;
@@ -130,7 +130,7 @@ struct Projection {
     }
 };
 
-// Whether the box that stands is reported (kProjectionMotion), else the first test that it fails.
+// Whether a valid box is reported (kProjectionMotion), else the first test that it fails.
 BoxReason TestBox(int32_t nNew, int32_t nOld) {
     const int32_t nStood = tProjectionState.nStableRun;
     if (nStood < kStableFrames) return {kProjectionTooNew, {nStood, kStableFrames}};

@@ -1,7 +1,7 @@
-// Box method 2: a refinement pass keeps the available blocks that stand up to their neighbours and
-// their last three distances; the kept ones are projected on 16 columns and 9 rows of the frame,
+// Box method 2: a refinement pass keeps the available blocks that their neighbours and their last
+// three distances confirm; the kept ones are projected on 16 columns and 9 rows of the frame,
 // and the filled bins around each peak select the blocks of one box. It is reported once it has
-// stood for four frames without growing too fast.
+// lasted four frames without growing too fast.
 #pragma once
 
 #include <cstdint>

@@ -22,7 +22,7 @@ void ForEachBlock(Block fnBlock) {
     }
 }
 
-// Numbers with commas between them, none behind the last.
+// Numbers with commas between them, none after the last.
 void PrintList(TextOut* pFile, const uint8_t* pValues, int32_t nCount) {
     TextPrint<"%d">(pFile, pValues[0]);
     TextPrintEach<",%d">(pFile, pValues + 1, nCount - 1);
@@ -172,7 +172,7 @@ struct DumpFile {
     const char* szName;        // kEachFrame: what follows the frame's number; kWholeRun: the name
     Reads nReads;              // kRecords: the feature records too
     const char* szKind;        // its name in the message when it cannot be opened
-    void (*pWrite)(TextOut*);  // appends the text of the frame in hand
+    void (*pWrite)(TextOut*);  // appends the text of the current frame
 };
 
 // In the order in which the files of a frame are written.
@@ -198,7 +198,7 @@ struct OpenDump {
     TextOut tText;
 };
 OpenDump aOpenDumps[kWholeRunFiles];  // of the rows kWholeRun, in their order
-TextOut tFrameFile;                   // the file of a frame in hand; one is open at a time
+TextOut tFrameFile;                   // the file of one frame; one is open at a time
 
 bool IsOn(const DumpFile& tFile) {
     return (tSimParams.tMd.nDbgEn & tFile.nBit) != 0;

@@ -8,7 +8,7 @@
 // be opened ends the run with status -1.
 void DumpsOpen();
 
-// Writes the frame in hand: its own files, and its records in the files that gather all frames. A
+// Writes the current frame: its own files, and its records in the files that gather all frames. A
 // file that cannot be opened ends the run with status -1.
 void DumpsWriteFrame();
 

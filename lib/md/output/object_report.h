@@ -4,7 +4,7 @@
 
 #include "md/output/text_out.h"
 
-// Writes the report of the frame in hand; dumps.cpp opens its file.
+// Writes the report of the current frame; dumps.cpp opens its file.
 void ObjectReport(TextOut* pText);
 
 // Appends this run's header to HOGCount.txt. Once a run, before the first frame. A file that cannot

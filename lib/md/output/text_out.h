@@ -79,14 +79,14 @@ template <bool bHex>
              : std::to_chars(aDigits, aDigits + sizeof aDigits, nValue);
     const char* pFrom = aDigits;
     int nDigits = static_cast<int>(pEnd - aDigits);
-    if (nWidth > nDigits && *pFrom == '-') *p++ = *pFrom++;  // the sign stands before the zeros
+    if (nWidth > nDigits && *pFrom == '-') *p++ = *pFrom++;  // the sign comes before the zeros
     for (; nDigits < nWidth; ++nDigits) *p++ = '0';
     std::memcpy(p, pFrom, static_cast<size_t>(pEnd - pFrom));
     return p + (pEnd - pFrom);
 }
 
-// Writes at p, returns the place behind it. Plain %d: the table or to_chars; with a width or in
-// hexadecimal: to_chars behind the missing zeros.
+// Writes at p, returns the place after it. Plain %d: the table or to_chars; with a width or in
+// hexadecimal: to_chars after the missing zeros.
 template <bool bHex, int nWidth>
 char* PutNumber(char* p, int32_t nValue) {
     if constexpr (!bHex && nWidth == 0) {

@@ -3,9 +3,9 @@
 // drawing, motionArea (bit 3) one frame with the object's box and centre. A video whose bit is
 // clear costs nothing and makes no file.
 //
-// Order within a frame: OutputCopyCanvases before detection, OutputDrawBlockDots behind it,
+// Order within a frame: OutputCopyCanvases before detection, OutputDrawBlockDots after it,
 // OutputBoxAndWrite last. motionArea is drawn into the current frame itself, which nothing reads
-// behind that.
+// afterwards.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What the systems we run on do differently. One file per system; nothing else asks which it is.
+// What differs between systems. One source file for each; no other file asks which system it is.
 #pragma once
 
 #include <cstdint>

@@ -63,8 +63,8 @@ std::string CommandWord(const char* szPath) {
     static const char szPlain[] =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:+,=@\\";
     if (szPath[0] != '\0' && szPath[std::strspn(szPath, szPlain)] == '\0') return szPath;
-    // Quotes keep every mark from the command processor but '%', which stands outside of them: the
-    // name between two such marks then holds a quote, and no variable has that name.
+    // Quotes protect every mark except '%', so that one is put outside of them: the name between
+    // two such marks then holds a quote, and no variable has that name.
     std::string sWord = "\"";
     for (const char* p = szPath; *p != '\0'; ++p) {
         if (*p == '%') {
