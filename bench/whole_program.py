@@ -133,10 +133,8 @@ def main():
     shutil.rmtree(OUT_ROOT, ignore_errors=True)
     os.mkdir(OUT_ROOT)
     with open(os.path.join(WORK, "bench.cfg"), "w", encoding="ascii") as f:
-        f.write("MD_Scale_KeepAspectRatio = 0\nMD_HogMethod = 1\n"
-                "MD_MetricMode = 2\nMD_HogNormalizeMode = 1\nMD_HogMagnitudeWeightEn = 1\n"
-                "MD_RefFrmIdx = 3\nMD_HogGradX = -1,-2,0,2,1\nMD_HogGradY = -1,-2,0,2,1\n"
-                "MD_ShiftMetric2_Th = 8\nEnableBatch = 1\n")
+        with open("cfg/raw.cfg", encoding="ascii") as raw:
+            f.write(raw.read() + "MD_ShiftMetric2_Th = 8\n")
     print("| comparison | measured | goal |\n|---|---:|---|", flush=True)
     ns = {}
     kernels_against_plain(ns)

@@ -40,7 +40,7 @@ if(GZIP)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
 endif()
 md_install(MD program md)
-install(FILES cfg/default.cfg README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/md
+install(FILES cfg/default.cfg cfg/raw.cfg README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/md
         COMPONENT program)
 if(TARGET mdlab)
     md_install(mdlab lab mdlab)

@@ -10,15 +10,8 @@ cmake --build --preset release >/dev/null
 md=$PWD/build/release/bin/MD
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+cp cfg/raw.cfg "$work/a.cfg"
 cd "$work"
-cat >a.cfg <<'END'
-InputFilePath = in.yuv
-OutputFilePath = out
-MD_Scale_KeepAspectRatio = 0
-MD_HogMethod = 1 MD_MetricMode = 2 MD_HogNormalizeMode = 1
-MD_HogGradX = -1,-2,0,2,1 MD_HogGradY = -1,-2,0,2,1
-EnableBatch = 1
-END
 
 # peak WIDTH HEIGHT FRAMES DBGEN: peak resident memory in KiB of a run on noise without end.
 peak() {

@@ -34,11 +34,9 @@ platform_run() {
         [ "$name" != far ] || truncate -s $((w * h * 3 / 2 * 10000)) "$folder/$name/in.yuv"
         cat "$clip" >>"$folder/$name/in.yuv"
         {
-            printf '%s\n' "InputFilePath = in.yuv" "OutputFilePath = out" "InputWidth = $w" \
-                "InputHeight = $h" "MD_ScaledW = $w" "MD_ScaledH = $h" \
-                "MD_Scale_KeepAspectRatio = 0" "FramesToBeProcessed = -1" "MD_HogMethod = 1" \
-                "MD_MetricMode = 2" "MD_HogGradX = -1,-2,0,2,1" "MD_HogGradY = -1,-2,0,2,1" \
-                "MD_DbgEn = 0x237a"
+            cat cfg/raw.cfg
+            printf '%s\n' "InputWidth = $w" "InputHeight = $h" "MD_ScaledW = $w" "MD_ScaledH = $h" \
+                "MD_HogNormalizeMode = 0" "EnableBatch = 0" "MD_DbgEn = 0x237a"
             for s in $settings; do echo "${s%%=*} = ${s#*=}"; done
         } >"$folder/$name/run.cfg"
         rc=0

@@ -1,7 +1,7 @@
 #include "lab/tool/result_file.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
+#include <cstdlib>
 
 #include <filesystem>
 #include <fstream>
