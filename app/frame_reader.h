@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Reads the working file frame by frame: 4:2:0, tightly packed, from any start.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The block scan of a run: chooses the block walk or the row walk, owns the buffers of the one
 // chosen, and keeps the 200-byte feature records up to date where something reads them.
 #pragma once

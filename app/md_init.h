@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // All memory of a run: allocated once at start, released once at its end. In between the pointers
 // never change.
 #pragma once

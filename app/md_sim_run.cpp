@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 #include "app/md_sim_run.h"
 
 #include "app/frame_reader.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The order of a run: start-up, frame loop, end. No algorithm is here, only the order of all the
 // others, and which folder and file exists when.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Which slots of the two rings a frame uses. Both rings are nMD_RefFrmIdx + 1 slots long, and all
 // indexes follow from CurFrmId and nMD_RefFrmIdx only.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Reading running files and comparing equal ones, in bytes a second, with `cmp` beside it. The
 // files are some hundred megabytes in the temporary folder and stay in the system's cache.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One benchmark of each row kernel on each path, of the whole walks, and of the text output. The
 // kernels are the table that the equality test walks too. Each row counts blocks, so "time per
 // item" is nanoseconds a block; for text it is nanoseconds a number.

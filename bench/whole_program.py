@@ -1,4 +1,7 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 """Whole-program comparisons: one table of ratios.
 
 usage: whole_program.py MD MD_BUILT_O2 WORK_FOLDER [ROUNDS]

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # The row kernels, built once for each instruction set of the processor; which of them a run uses is
 # decided at its start (lib/md/decision/row_kernels.h).
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Manual pages and completion, filled from the settings table, cfg/default.cfg and the command line
 # of mdlab. A build for another system cannot run the programs that fill them and goes without.
 add_library(md_settings_doc STATIC tools/settings_doc.cpp)

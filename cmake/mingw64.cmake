@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds for 64-bit Windows with the compiler of Debian's g++-mingw-w64-x86-64-posix. GoogleTest asks
 # for the posix thread model; the program itself starts no thread.
 set(CMAKE_SYSTEM_NAME Windows)

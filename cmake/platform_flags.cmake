@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Compiler and linker flags that platforms and the finished program need, added to md_flags.
 
 # The path of the build folder does not get into the program: two builds give the same bytes.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 #include "lab/embedded.h"
 
 // The assembler reads the file; names end in "_end" for its end.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Files that are part of the program, so that mdlab is one file. They are put in when it is built.
 #pragma once
 

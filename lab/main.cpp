@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // mdlab: the companion of MD. It compares dumps, shows why a block is active, and runs many
 // settings over labelled clips. Results go to standard output, everything else to standard error.
 #include <CLI/CLI.hpp>

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds the benchmarks, makes the clips, and prints nanoseconds a block of each kernel and one table
 # of whole-program ratios. Usage: scripts/bench.sh [VIDEO [ROUNDS]]; without a video the clips come
 # from the generator. The machine should do nothing else during that time.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Line and branch coverage of lib/ and app/ by the tests: a table here, pages under build/coverage/.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds MD for aarch64, which has row kernels of its own, for a big-endian and for a 32-bit system,
 # which run the scalar ones; runs its tests there, and compares whole runs with those of the program
 # built for this machine. Installs compilers and emulator where missing.

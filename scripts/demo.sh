@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Set-up, release build, one whole run on a clip made on the spot, and a report of it; at the
 # end it lists what it left. Everything it makes is under build/ and demo/.
 #

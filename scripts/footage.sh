@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # usage: footage.sh [FOLDER]. Fetches the clip of pedestrians from Debian's package opencv-doc and
 # makes the scenes at 640x360, all into FOLDER (demo/footage): the footage of the tables in README.
 # labels/vtest.csv has the clip's labels; the scenes bring theirs.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Runs every fuzz target for the given number of seconds (default 60). It starts from the inputs kept
 # beside the targets and those that earlier runs added under build/fuzz. Ends with 1 if one found a
 # fault.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Holds all folders to .clang-format, .clang-tidy, shellcheck and the licence lines (reuse).
 # With --quick, clang-tidy leaves out the files of tests/ and lab/ that the last commit did not
 # change: their libraries' headers make them ten times as slow as the program itself.

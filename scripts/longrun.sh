@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Long runs in constant memory, a start beyond 4 GiB, and full runs under memcheck. Prints what it
 # measured; ends with 1 if a long run needs more memory than a short one, or memcheck complains.
 set -euo pipefail

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 """Planted faults; see mutants.sh, which starts this."""
 import glob
 import os

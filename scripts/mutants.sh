@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # mutants.sh [N] [SEED]: plants one fault at a time in lib/ and app/, an operator or a constant that
 # differs, and prints those that no test notices. N faults (50 unless given) are drawn by SEED (1).
 # tests/mutants.txt lists the survivors that were looked at and accepted, each with the reason. Ends

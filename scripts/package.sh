@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Makes the packages, checks them, and tries them in a clean Debian root: installs both, works with
 # them as an ordinary user, removes them, and looks for anything left behind. Needs root.
 set -euo pipefail

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # shellcheck shell=bash
 # Runs of MD through every stage and box method, to compare one platform's program with another's.
 # Sourced by windows.sh and cross.sh.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds the release program in two folders of different names and lengths; fails unless both give
 # the same bytes.
 set -euo pipefail

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # A hardware unit held to MD's dumps: builds the distance unit of examples/rtl with its bench, runs
 # it on the features of a clip, and has mdlab find its distances equal. Then the same with a planted
 # fault, which mdlab has to name. Installs the simulator where it is missing.

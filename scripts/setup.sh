@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Installs what building, running and testing need on Debian 12, and nothing that is there already.
 set -euo pipefail
 

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Pictures of the report page in its states, to look at: scripts/shots.sh CLIP [OUT]
 # They lie in build/shots unless OUT says otherwise. Needs a release build with the report.
 set -euo pipefail

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Brings up a Slurm of one node on this machine (munge, slurmctld, slurmd; no systemd, no database),
 # runs a sweep on it, kills the sweep with -9 in the middle, cancels a job, goes on, and compares the
 # results with those of a sweep without Slurm: they must be equal. Needs root.

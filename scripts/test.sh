@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds the release (GCC) and the sanitizer build (Clang), runs every test in both, and fuzzes for a
 # few seconds.
 set -euo pipefail

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # vectors.sh [--refresh]: checks the frozen vectors of tests/vectors on every path of this processor.
 # With --refresh their sums are written anew from the plain path and the changed files are listed:
 # each is a change of what users get, so the commit that carries it says why.

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # Builds MD for 64-bit Windows, runs its tests under wine, and compares whole runs with those of the
 # program built for this machine. Installs the compiler and wine where they are missing.
 set -euo pipefail

@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # hardening.sh PROGRAM: fails unless the program has what the distribution's hardening flags give.
 set -euo pipefail
 failed=0

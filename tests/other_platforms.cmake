@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # The tests of a cross-build: GoogleTest from its sources; programs start through the emulator where
 # there is one. Tests that start programs know POSIX only, so Windows builds none of them.
 add_compile_options(-Wno-restrict)  # GCC 12 warns of its own strings on 32-bit systems

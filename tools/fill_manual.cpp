@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Fills what the settings table knows into a text: a manual page or a completion script. A line
 // "@SETTINGS@" becomes all settings with meaning, range and default as man(7) text, one with
 // "@KEYS@" keeps its surroundings and gets the names of all keys, and "@VERSION@" the version.

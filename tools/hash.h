@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The noise of the generated clips: 32 bits that follow from three numbers and look like chance.
 #pragma once
 

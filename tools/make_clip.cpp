@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // make_clip WIDTH HEIGHT FRAMES OUT [NAME=NUMBER]...: writes a raw planar 4:2:0 clip of a figure
 // that walks through a scene, or, where names are given, of squares on a ground (squares.h).
 // make_clip --scene SCENE WIDTH HEIGHT FRAMES OUT LABELS: writes a scene by cause (scenes.h) and

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Scenes by cause: short clips of one thing that happens in front of a camera, each with labels
 // that say where motion is to be found. Some hold walkers; the others hold what a detector should
 // not report: light, weather, noise, a camera that shakes. The same numbers give the same bytes on

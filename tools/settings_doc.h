@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The settings as a reader wants them: rows of the input map joined with the comments of
 // cfg/default.cfg, so that manual pages repeat nothing by hand.
 #pragma once

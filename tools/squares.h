@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Squares of hard texture on a softly textured ground. The numbers below choose which cases of the
 // detection a clip reaches; the same numbers give the same bytes on every machine.
 #pragma once

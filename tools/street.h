@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What the generated clips show: a street with a brick wall, and figures that walk on it. Integer
 // arithmetic and a fixed hash only: the same numbers give the same picture on every machine.
 #pragma once

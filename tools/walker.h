@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A textured figure that walks from left to right across a textured still scene, with sensor noise.
 // Integer arithmetic and a fixed hash only: the same numbers give the same bytes on every machine.
 #pragma once

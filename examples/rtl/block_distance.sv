@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Distance of a block from its reference, 0 to 255: how far apart their vectors lie, weighed by
 // their length classes. A block enters at each clock where `in_valid` is high; its distance leaves
 // three clocks later.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Runs block_distance on the features that MD dumped and writes the distances in MD's own layout,
 // for a comparison with its hogmd_dist.txt. Arguments, each with a plus in front:
 //   golden=FILE     features of all frames (hogmd_golden.txt), read

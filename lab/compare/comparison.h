@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What comparing two runs found: the record that the walk fills and the reports print.
 #pragma once
 

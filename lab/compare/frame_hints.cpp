@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Guesses that need whole frames. Each predicts the other run's value of a block out of the golden
 // run; it becomes a hint when it is right for every wrong value that it speaks of.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What compare leaves: the report for people, json, JUnit for CI servers, and the map of blocks.
 #pragma once
 

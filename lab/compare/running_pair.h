@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Two running files side by side: equal stretches are passed over as bytes, only frames that differ
 // are parsed.
 #pragma once

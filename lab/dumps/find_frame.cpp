@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Headings of running files, searched as text: far faster than parsing what lies between.
 #include <algorithm>
 #include <cstdlib>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One frame as the dumps tell it: the record that every reader fills and every subcommand reads.
 //
 // No single file holds all of it, so each field is there or empty. Values are as printed, also

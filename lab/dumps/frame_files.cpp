@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The per-frame files in text: features, csv, distances.
 #include <array>
 #include <vector>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The readers of all files in HOG_feature. docs/formats.md shows the files.
 //
 // Read as well: what a simulator makes of the same text. Lines may end in CR LF, the last one may

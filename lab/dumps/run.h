@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a run of MD, or of a simulator that writes the same files, left in a folder.
 #pragma once
 

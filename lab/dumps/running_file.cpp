@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The running files as streams. Blocks as MD writes them take a fast path that looks at a whole
 // block at once; everything else takes the plain one, token by token.
 #include <algorithm>

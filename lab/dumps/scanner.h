@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Text of any length in constant memory, read from the front, with errors at line and column.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The blocks that differ between two runs, as `mdlab compare --map` leaves them.
 #pragma once
 

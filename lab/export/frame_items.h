@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a frame shows over the video: differing and active blocks, distances and the box.
 #pragma once
 

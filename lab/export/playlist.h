@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A playlist of YUView: a raw video with a statistics file drawn over it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Statistics files of YUView: blocks and lines with values, drawn over a video. Text, one item a
 // line. The viewer checks little and crashes on much, so a caller keeps to its rules: integers
 // only, no blanks, every type declared, rectangles inside the frame.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Fills the command line of mdlab into a text: a manual page or a completion script. A line
 // "@COMMANDS@" becomes all subcommands with their options as man(7) text; "@CASES@" a bash case
 // arm a subcommand with its options; "@NAMES@" keeps its surroundings and gets the names of the

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Makes a page: bundles its script and style, and puts both into its template together with a content
 // security policy that allows these two by their hashes and nothing else.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Data blocks of a page: base64 text in, bytes out. Integers are little endian.
 
 export function fromBase64(text) {

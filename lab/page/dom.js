@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Building and finding elements. Text always goes in as text, so nothing of a run is parsed as html.
 
 // h("div.cell", { title: "...", onclick: f, data: { frame: 3 } }, "text", node, [more], null)

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Rules for the pages and their tests, on top of the recommended ones. Run by scripts/lint.sh from the
 // root of the sources; packages come from the build tree.
 import { createRequire } from "node:module";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // How data stands in the page: raw deflate, base64, and the two kinds of variable-length numbers.
 #pragma once
 

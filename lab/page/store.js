@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The state of a page: one flat record, and who wants to hear of which member.
 
 // createStore({frame: 0}) gives { state, set(patch), on(names, f) }. `set` stores what differs and

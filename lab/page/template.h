@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The template of a page (made by build.js) and the marks in it that a writer fills: title,
 // verdict, header and data, <!--md:title--> and so on.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Light and dark. Follows the system until the reader chooses; the choice is not stored.
 
 const kDark = window.matchMedia("(prefers-color-scheme: dark)");

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a video file says about itself, by ffprobe: what MD's own preparation does not look at.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The data of a run in chunks of frames, compressed, in temporary files: what the page unpacks one
 // by one when it wants them (FORMAT.md, sections 6 to 9).
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The parts of the page that stand before any script runs: the sentence of the verdict and the
 // cells of the header (FORMAT.md, section 2).
 #pragma once

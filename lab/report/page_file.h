@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The report file: the template of the page with its marks replaced (FORMAT.md, sections 1 and 3).
 #pragma once
 

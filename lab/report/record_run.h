@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One run of MD's own code, recorded. MD keeps its state in one place and ends the process where it
 // fails, so each run has a process of its own.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Records a run frame by frame into a folder, while it runs. What it leaves:
 //
 //     frames    the FrameRow of each frame, as it lies in memory

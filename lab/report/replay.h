@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Why each block of a frame is active or not: the decisions of the frame that MD has just made, run
 // again by the library's own rules over the distances and states as they were, so that they give
 // the rule that decided. The mask and the distances of every block are compared with MD's.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Makes a report: runs MD's code on a clip, once or twice, and writes the page.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // How much of the recording goes into the page. A page that is to be mailed has a budget; what is
 // left out goes in an order that keeps what answers "why" longest.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Records of any length in a temporary file, written one after the other and read back by number.
 // It keeps the memory of a report bounded however long the clip is.
 #pragma once

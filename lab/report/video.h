@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The picture of the page: the working frames of a run as H.264, encoded so that jumping to any
 // frame is quick and the file is small.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A rectangle of pixels, all four edges inclusive, and how much two of them have in common.
 #pragma once
 

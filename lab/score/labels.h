@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Labels of a clip: a csv that says in which frames motion is to be found, and where.
 //
 //     first,last,left,top,right,bottom,what

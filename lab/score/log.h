@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a run of MD reported, frame by frame, read from the text it prints: the line
 // "*****frame N" and the two result lines that follow it.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Scores of a run against the labels of its clip. docs/scores.md defines each by its formula.
 //
 // Judging a run gives counts, which can be added up over clips; a score is worked out of counts.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The settings of a run as texts, by the rows of MD's own table. Reading and checking them here
 // gives errors where MD would end the process.
 #pragma once

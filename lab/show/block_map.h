@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A value of each block of a frame as lines of characters, with the box around blocks and block
 // numbers at the edges. Two drawings: pixels of colour, two in a character, and digits.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Clips at working size, converted by MD itself and kept for all points that use them.
 #pragma once
 

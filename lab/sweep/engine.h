@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Snakemake, which runs the jobs of a sweep: on all cores, or through a profile on a cluster.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The engine's files, carried in the program. They stand in lab/sweep/engine as they are written
 // out; the build makes their texts.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Digests of large files, remembered, so that a file is read again only after someone wrote to it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A job of a sweep: one conversion, or a chunk of points that share a clip at one working size. The
 // engine runs it as `mdlab sweep-job FILE MARK`, on this machine or on another one that sees the
 // same folders.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // MD as a child process: its way of ending the process at a fault stays outside of mdlab.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The plan of a sweep: a YAML file that names clips, keys with the values to try, and what is
 // expected of the scores. docs/sweep.md describes it. Reading it checks everything that can be
 // checked before a run.

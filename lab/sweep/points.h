@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The points of a plan: settings to run each clip with. Points that differ only in keys that
 // nothing reads are one point.
 #pragma once

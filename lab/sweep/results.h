@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a sweep leaves: results.csv, results.sqlite, results.json, and sweep.html, which shows the
 // last. docs/sweep.md describes their columns, tables and members. All hold the same; none holds a
 // time, so that two sweeps of the same plan are equal.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What runs reported, kept for good. A store is a folder with a file for each finished piece of
 // work; a file holds any number of runs and is renamed into place once it is whole. Its last line
 // carries a digest, so that a file that was cut or damaged later counts as not there.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A sweep from plan to results: finds what is not in the cache yet, has the engine run it, and
 // judges all runs.
 #pragma once

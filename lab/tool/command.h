@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a subcommand gives to main, and the look of its help.
 //
 // A subcommand lives in the folder of its name. Its function adds it to the parser, with its

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Names that follow from content. 128 bits of XXH3 as 32 hexadecimal digits: equal content, equal
 // name; different content, different name, but for an accident nobody will see. Not meant against
 // someone who forges content.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The one exception of mdlab. It carries a message for the user and the exit status of the program;
 // main prints the message on standard error. Everything below main can so be tested in process.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Ends the work tidily when the user presses Ctrl-C or a system stops the program: the signals
 // wait until the work looks for them, which throws, so that temporary files are removed.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A file that mdlab leaves. It is written under a temporary name in the same folder and renamed
 // once it is whole, so that a reader never meets half a file. A file that is dropped without Commit
 // is removed, and an older file of that name stays as it was. A pipe or a device is written to as

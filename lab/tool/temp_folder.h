@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A folder for what is needed only while the program works. It is removed with all it holds when
 // the object goes.
 #pragma once

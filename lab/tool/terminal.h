@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What the user sees on a terminal: colour on standard output and a progress line on standard
 // error. Neither appears when the stream is not a terminal, so that files and pipes hold plain
 // results.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Why a frame has a box or none, and why the gate holds it: what the deciding code knew, for those
 // who ask. Nothing of a run reads it.
 #pragma once

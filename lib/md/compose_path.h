@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Texts built into fixed buffers: paths and commands. A text that does not fit is refused, never
 // cut: a shortened name would read or write some other file. The compiler checks every format
 // against its arguments.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The statuses with which a run ends. exit() gets these numbers; what a parent process sees depends
 // on the platform (POSIX keeps the low eight bits: -1 shows as 255, 400 as 144).
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The records that the stages of a frame share: the boxes found, the block maps, and the
 // snapshot of settings that object extraction reads.
 #pragma once

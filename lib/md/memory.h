@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Memory of a run. Counts are elements, never bytes; what is allocated is released with std::free.
 // Without memory the run ends with status 1 and a message that names `szWhat`.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A file that a run writes. A write that comes up short (full disk, size limit) does not stop
 // the run: it is remembered, and closing the file prints one warning with its path.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The one way to standard output, and the one way to end a run early.
 //
 // MdPrint adds nothing to the text: the caller ends its lines. Configuration refusals go to

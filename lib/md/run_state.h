@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The state of a run. One thread, one run at a time; everything starts as zero, and ResetRunState
 // (app/reset_run.h) puts everything back. Beside the records below, stages keep for themselves:
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Switches of the environment, for tests and timings: they choose how a run computes and writes,
 // and never change a byte of its results.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // All settings of a run. Each key of the input map (cfg_top/input_map.cpp) stores into one member
 // here; the map holds its default and its range. Members without a key say so.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Discs and rectangles on a 4:2:0 frame. Coordinates are aligned to even luma pixels, shapes are
 // clipped to the frame, and a shape with no size draws nothing.
 #pragma once

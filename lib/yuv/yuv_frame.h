@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A planar 4:2:0 frame in memory: Y, then U, then V, one buffer, no row padding. Sizes and
 // coordinates are luma pixels, passed with every call; sizes are even as a rule. At an odd size
 // the chroma planes hold (w >> 1) * (h >> 1) bytes each, and no operation here leaves its plane.

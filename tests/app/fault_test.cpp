@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Faults made for real around whole runs: what stands in the way on disk, streams that take no
 // more, inputs that end early, tools that die, memory that runs out.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Whole runs of the program against the slow twin, on every path of the processor: standard output
 // from the first frame on and every file of the feature folder, byte for byte.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The choice of a kernel path. That all paths leave the same bytes, golden rows and vectors show.
 #include <gtest/gtest.h>
 

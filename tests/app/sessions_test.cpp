@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Runs of the program as a user types them, with all that they print: tests/sessions/*.txt. A line
 // "# ..." says what holds and is a test of its own, in a new folder; "## ..." explains it. "$ ..."
 // is a shell line, and what follows is its standard output, its standard error after "! " and its

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a folder or file is called never runs as a command, whatever is in the name.
 #include <gtest/gtest.h>
 

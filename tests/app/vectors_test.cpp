@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The frozen vectors: whole runs whose every output byte is known by its SHA-256. A file of
 // tests/vectors is a settings file; its comments name the clip that goes in and the sums of what
 // comes out. With MD_REFRESH in the environment the sums are written anew from the plain path.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The table of settings and the shipped file that lists them: each key once with its range, each
 // member once with a key.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Configuration text with command-line overrides. An input is cut at bytes of 0x1F: the default
 // file, the file that the argument "@" names, then one argument each.
 #include <sys/mman.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A fuzz target runs its inputs in one process. Under the trap, code that ends the process by
 // exit() comes back here instead, and what it had allocated and opened is released. The linker's
 // --wrap puts the trap in place of the calls; see CMakeLists.txt.

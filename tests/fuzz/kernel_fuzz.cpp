@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The fast walk against the plain one: numbers for a setting, then bytes for the pictures.
 #include <fuzzer/FuzzedDataProvider.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Comma lists against a second reading of them: two bytes for room and fill, then the text.
 #include <algorithm>
 #include <cstdlib>

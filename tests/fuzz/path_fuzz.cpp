@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Completion of paths, folder part, word of a command, and the marks in names. An input is the
 // base folder, a zero byte, the path.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The readers of dumps: the first byte picks the kind of file, the rest is the file. A reader takes
 // it or throws its own error; what it takes is whole, and the fast path takes what the plain one
 // does.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Whole runs in this process: tiny frames, settings within their ranges, any bytes as video, any
 // answer of the outside tools, which are never run, and any allocation that fails.
 #include <fuzzer/FuzzedDataProvider.h>

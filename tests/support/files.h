@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Files of a test: a folder of its own, and whole contents. Works on every platform.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The row kernels as a table of cases: one call with its settings and inputs, which the test
 // compares between paths and the benchmark repeats.
 #pragma once

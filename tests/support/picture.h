@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A 4:2:0 picture painted pixel by pixel: the slow, obvious twin of the plane operations. A pixel
 // is asked whether it lies in a shape, nothing is clipped or stepped.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Running MD as a child process in a folder of its own, and looking at what it left.
 #pragma once
 

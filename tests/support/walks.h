@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A few frames walked by the block scan: a setting, the walk, and all that it leaves behind.
 #pragma once
 

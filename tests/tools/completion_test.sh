@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # What a user gets on pressing Tab. Usage: completion_test.sh FOLDER_OF_THE_SCRIPTS
 set -u
 shopt -s extglob

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The slow twin: a second derivation of the block pipeline, the four box methods, the gate and the
 // text of every dump. It is written to be read, shares no code with the program beyond the record
 // of settings, and was derived without a look at the program's stages, so that a slip in one of the

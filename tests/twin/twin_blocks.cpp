@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Features and decisions of the slow twin. All features of a frame come first and all decisions
 // after them; each threshold is summed anew from its definition.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The four box methods and the temporal gate of the slow twin.
 #include <algorithm>
 #include <cstdlib>

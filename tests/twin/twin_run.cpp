@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The frame loop of the slow twin and the text of the dumps.
 #include <algorithm>
 #include <cstdarg>

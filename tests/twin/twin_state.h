@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What one run of the slow twin remembers. All numbers are plain ints, masked only where a value
 // can leave the width that the chip gives it.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What the reader can do, whatever key, button or link asks for it.
 
 export const kSpeeds = [0.1, 0.25, 0.5, 1, 2, 4, 8];

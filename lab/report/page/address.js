@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The address follows what is shown, so that a mail can point at a block:
 // #f=558&b=18,38&l=distance&t=hist, with the frame's number of the log. Parsing is pure.
 

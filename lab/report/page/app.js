@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The parts that all views share: state, runs, decoder, picture.
 
 import { createStore } from "../../page/store.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A block as plain text: what the panel shows, with values in hexadecimal beside the decimal ones.
 
 import { distanceSteps, distanceStepsText } from "./inspect.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The three charts of the timeline, drawn by uPlot: stepped lines on one range. Pointer, cursor and
 // playhead are the timeline's, so the charts only draw.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The block values of a run, unpacked chunk by chunk when they are wanted. Pure but for the function
 // that brings the packed bytes; formats in ../FORMAT.md.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What differs between two runs. Counts of a frame are pure; the record of the whole clip fills as
 // frames are unpacked.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Opens the data of a report: the head, one record a run with its frame table, and the block values
 // behind small functions. Formats in ../FORMAT.md.
 

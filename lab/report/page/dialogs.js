@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Help, and the list of what was left out of the file.
 
 import { h } from "../../page/dom.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Why a frame has a box or none, and what the gate did with it, as sentences. Pure; the record is
 // { reason, p: [4 numbers], gate, g: [2 numbers], s: settings by key }. Numbers stand between
 // asterisks. Codes in ../FORMAT.md.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A block's distance over 49 frames, 36 back and 12 on, with its thresholds as steps.
 
 import { canvasContext } from "../../page/dom.js";

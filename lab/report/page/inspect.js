@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Gathers what the sentences and the ladder need of one block of one frame. No decision is made
 // here: the outcome comes from the recording, the rest says what the rule saw.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The keyboard. One table; the help lists the same rows. Keys stay free while typing and with Ctrl or
 // Meta.
 

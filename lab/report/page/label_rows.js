@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Labels as rows and as csv. Pure. A row is { first, last (frame indexes of the run), box or null, what },
 // a box [left, top, right, bottom] in pixels of the input, edges included.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Labels: which frames hold motion that should be found, and where. Ranges are marked on the timeline,
 // boxes dragged on the picture, and the list is saved as a csv that sweeps and scores read.
 

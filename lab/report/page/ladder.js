@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The tests of a decision in their order, up to the one that decided. Pure; the record is that of
 // words.js, with `border` (the block is on the grid's border), `frame` and `reference` (numbers of
 // the frame shown and of its reference) beside it.

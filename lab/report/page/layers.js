@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What the stage draws over the picture: one function a layer, and the boxes and frames. They know
 // the place of cells on the screen and the recorded values of one frame, nothing else.
 

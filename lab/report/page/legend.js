@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Under the stage: what the marks of the layer mean, with this frame's counts.
 
 import { fill, h } from "../../page/dom.js";

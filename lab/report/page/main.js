@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Entry of the report page: opens the data, builds the views, connects them.
 
 import "../../page/page.css";

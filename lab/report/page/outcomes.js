@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The outcomes of a block's decision, by the number that the recorder gave: name, group and how the
 // stage draws them.
 

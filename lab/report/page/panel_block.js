@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The chosen block in the frame shown: sentence, pictures, values, history, ladder, vector.
 
 import { fill, h, rich } from "../../page/dom.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Two runs: the first difference, frames reported in one only, boxes that differ, where most blocks
 // differ.
 

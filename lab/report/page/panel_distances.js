@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Histograms of the distances in this frame and in the clip, and what decided.
 
 import { canvasContext, fill, h } from "../../page/dom.js";

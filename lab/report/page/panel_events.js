@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The runs of frames with a reported box, with a picture of each, and the gaps between them.
 
 import { fill, h } from "../../page/dom.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The settings of the run: what was changed, what they mean, and which of them did nothing.
 
 import { fill, h } from "../../page/dom.js";

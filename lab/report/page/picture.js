@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The picture under the overlay: a copy of the frame that the decoder showed, in the chosen look. It
 // is made in the same callback that tells the frame's number, so that the two cannot part.
 

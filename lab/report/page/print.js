@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Paper: light, 700 pixels wide, picture on white, all that counts one below the other. The screen is
 // restored after printing.
 

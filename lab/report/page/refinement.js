@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The cases of box method 2's own look at a block, as sentences. Pure. Codes in ../FORMAT.md.
 
 const kCases = [

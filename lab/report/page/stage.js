@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The picture with its overlay, on one canvas in one draw, so that they cannot part.
 
 import { canvasContext, h } from "../../page/dom.js";

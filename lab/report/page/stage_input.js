@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Pointer and wheel on the stage: choose a block, zoom, pan, read values under the pointer, and drag
 // a box while labels are made.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The panels on the right and their tabs. On wide screens the block stays open beside the others.
 
 import { h } from "../../page/dom.js";

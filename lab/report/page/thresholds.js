@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Thresholds of a block under the luma threshold of its row. The chip's integer formulas; nothing
 // here decides anything, the page only names the numbers that applied.
 

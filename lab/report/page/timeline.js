@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The tracks over the frames: one range, one cursor, one playhead. Each track has its name, its marks
 // and the values under the cursor (else at the playhead) in the gutter.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Pointer and wheel on the timeline: go, zoom, pan, move the window of the overview, and a thumbnail
 // where the pointer rests.
 

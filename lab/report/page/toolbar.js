@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Above the stage: layer, strength, picture, boxes, grid, zoom.
 
 import { h } from "../../page/dom.js";

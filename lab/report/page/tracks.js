@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What the tracks of the timeline hold: series over the frames, by run. Pure.
 
 import { kDistanceEdges } from "./data.js";

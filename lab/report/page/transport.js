@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Under the legend: first, back, play, on, last; the frame number, its time, the speed; and the
 // sentence of the frame.
 

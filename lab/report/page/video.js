@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One decoder with exact frame numbers. The event "seeked" may come before the picture, and the
 // callback for a frame may run when the element already holds the next one. So the number is read
 // from the very picture that is drawn.

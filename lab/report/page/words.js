@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Why a block is active or not, as a sentence. Pure: a plain record in, a text out, with numbers
 // between asterisks (they are set bold).
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The address follows the page: "#p=1f3a&clip=2&x=false_per_1000&y=recall", so that a mail can point
 // at a point.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The results of a sweep as the page reads them: points, their scores, the best front. Everything
 // here is a plain function of the results file, results.json.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The chosen point: what it is, its scores on each clip, strips of hits and misses, and the lines to
 // copy that run it again.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One small plot a key: what each of its values does to the score that is asked for. The line is the
 // median over all points with that value, the band holds the middle half, the dots are the best.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The sweep page: all points in a plane of two scores, what each key does, a table, and the chosen
 // point with its clips. It decides nothing: scores, limits and the front come from the results.
 

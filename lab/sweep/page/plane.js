@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The plane: every point at two of its scores, the best front as a line. uPlot draws axes, dots and
 // line; what lies under the pointer is found here, by distance on the screen.
 

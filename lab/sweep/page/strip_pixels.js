@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A strip in numbers: the letter of each pixel, and the counts in words.
 
 import { unpackStrip } from "./data.js";

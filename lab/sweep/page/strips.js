@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A clip's frames as a strip: one colour for hit, miss, false frame and quiet frame.
 
 import { canvasContext } from "../../page/dom.js";

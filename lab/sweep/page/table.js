@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The table of all points: sorted by any column, narrowed by a filter. A click chooses a point.
 
 import { append, fill, h } from "../../page/dom.js";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The configuration loader: defaults, default file, -f files and -p overrides in command-line
 // order, limit check, gradient lists. Refusals and missing memory go to standard error and end the
 // run; progress goes to standard output. Runs once, before anything else reads a setting.

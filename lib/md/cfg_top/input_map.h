@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The input map: one row per configuration key, with the place that receives its value, its type,
 // default and limits. Parser, default setting and limit check all walk this one table.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The temporal and spatial rules of a block's decision. They know nothing of where distances and
 // states are kept; every scan gathers what they read and calls them.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Distance of a block from its reference, and whether the block counts as active. The decision
 // weighs the distance, the block's last three distances and the state of its neighbours.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The block walk: the grid of one frame block by block in raster order; window, feature record,
 // running luma difference, decision. It is the definition of what a frame's scan computes, and
 // nothing in it is written for speed: row_walk.h does that.

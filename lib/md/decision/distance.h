@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The distance of a block from its reference, 0 to 255: how far apart their vectors lie, weighed by
 // their length classes. Both walks compute it with these functions; the vector kernels
 // (row_distances.inc) are held to them byte by byte.

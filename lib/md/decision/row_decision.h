@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Decides the blocks of a row: the bytes that BlockHogDistance_NormalHog gives block by block in
 // raster order, but sixteen blocks at a time.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Row kernel 3: the distances of a block row from its reference row, and how far their mean luma
 // has moved.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The row kernels of one instruction set, and the table of those that this program holds.
 //
 // A run uses the fastest that its processor offers, or what the environment variable MD_KERNELS

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The row kernels, built for NEON of aarch64.
 #include "md/decision/row_distances.inc"
 #include "md/decision/row_kernels.h"

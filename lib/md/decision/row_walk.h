@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The row walk: what the block walk (block_walk.h) computes, a block row at a time. Runs use it by
 // default; the block walk is its definition.
 //

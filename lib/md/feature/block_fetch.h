@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Fetches the window of a block: the block with a border of 2 pixels on all four sides, which the
 // 5-tap gradient filters reach into. The three functions differ in what the border holds.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Row kernel 2: the feature records of a block row, from the sums of its two halves.
 #pragma once
 

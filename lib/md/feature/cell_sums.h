@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Row kernel 1: the sums that the blocks' records are made of, over a whole row of cells instead of
 // one block at a time.
 //

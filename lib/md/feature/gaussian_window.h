@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The window that weights a pixel's gradient magnitude by its distance from the block's centre.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Fixed-point inverse square root, digit by digit, as the chip computes it: only additions,
 // subtractions and shifts.
 #pragma once

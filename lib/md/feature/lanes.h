@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The vectors of the row kernels: one, two or four lanes of 16 bytes, whichever is the native width
 // of the instruction set that the including file is built for. Nothing is emulated, so a kernel's
 // text is written once. One lane holds a pixel row of one cell; two hold that of both cells of a

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The feature record of a block: moments of gradient (MoG), gradient magnitudes summed with their
 // position as weight. It tells where the block's edges lie.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The table of input types, values of nInputFileType: the one place where a type is registered.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Turns any input into a raw 4:2:0 file of the working size, and sets that size.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Commands of input preparation. A command that does not fit its buffer ends the run with status 1.
 #pragma once
 

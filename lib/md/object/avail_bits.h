@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Walks over the avail bitmap: bit i & 7 of byte i >> 3 is 1 if block i is available.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Temporal gate after the box methods. It suppresses boxes until area and aspect have settled over
 // a window of frames. Then it opens, widens that one box, and passes the following ones unchanged
 // until motion stops.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Box method 3: the distance map is a mass distribution on each axis by itself. The weighted centre
 // of a slab splits it in two, each half is split again, and on the way back the reaches of the
 // halves join into one effective dimension. An object exists when both axes keep their node.

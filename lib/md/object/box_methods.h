@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The table of box methods, values of nMD_PostProcMethod: the one place where a method is
 // registered.
 #pragma once

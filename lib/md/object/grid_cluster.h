@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Box method 1, the default: the frame is cut into a fixed grid of regions, each active block
 // widens the box of its region, near and well-filled regions merge, and the region with the
 // greatest mean distance is reported once its score, smoothed over frames, passes a threshold.

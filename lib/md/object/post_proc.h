@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // One frame of object extraction: packs the avail map, runs the selected box method, logs the
 // outcome, and calls the temporal gate when it is enabled.
 #pragma once

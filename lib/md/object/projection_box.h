@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Box method 2: a refinement pass keeps the available blocks that their neighbours and their last
 // three distances confirm; the kept ones are projected on 16 columns and 9 rows of the frame,
 // and the filled bins around each peak select the blocks of one box. It is reported once it has

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The text files of a run: dumps of feature records (nDbgEn bit 5) and distance maps (bit 6), and
 // the object report (bit 9). All are in the feature folder. dumps.cpp has their table: a row for
 // each file is the one place where a dump is registered. docs/formats.md shows each format.

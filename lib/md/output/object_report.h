@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The object report, one small JSON text for each frame, and the count log, one header line for
 // each run. Both are in the feature folder.
 #pragma once

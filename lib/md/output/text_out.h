@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Text files of a run: printf formats, resolved when the program is compiled, into a large buffer.
 //
 //     TextPrint<"x:%03x,y:%03x\n">(&tText, bx, by);

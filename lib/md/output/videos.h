@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The raw overlay videos of a run and their mp4 files. comp (nDbgEn bit 1) shows three frames side
 // by side with the detection drawn on the right one, hogDist (bit 4) one frame with the same
 // drawing, motionArea (bit 3) one frame with the object's box and centre. A video whose bit is

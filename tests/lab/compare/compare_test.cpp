@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The program as a user runs it: what it prints and how it ends.
 #include <gtest/gtest.h>
 #include <sys/stat.h>

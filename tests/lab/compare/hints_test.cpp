@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Each hint is given for the fault that it names, and none for chance.
 #include "lab/compare/hints.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Every value of every file, changed in one place, must be named at that place.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What MD writes, what simulators make of it, and what must be refused at its place.
 #include "lab/dumps/readers.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Reads a statistics file back by the rules of the viewer, which checks little and crashes on much.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The page in a real browser, offline, from disk: what it shows is what was recorded, under the right
 // frame, and it does nothing else.
 

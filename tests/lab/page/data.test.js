@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Reading the data blocks: what was packed comes back, and damaged bytes are refused.
 
 import assert from "node:assert/strict";

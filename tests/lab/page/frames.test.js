@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The sentence of a frame: every reason of every method, every word of the gate.
 
 import assert from "node:assert/strict";

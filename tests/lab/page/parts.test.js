@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The smaller pure parts: numbers, tracks, events, comparison, labels, address.
 
 import assert from "node:assert/strict";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Reports of real runs, read back in the browser and held against what MD itself left: its dumps and the
 // detail lines of its log. Only the blocks' own story is compared, so any setting may be turned.
 

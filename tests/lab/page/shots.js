@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Pictures of reports for people to look at: node shots.js OUT NAME=FILE... Each NAME has its own sizes and
 // places; see kShots. scripts/shots.sh makes the reports.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The sweep page: its pure parts, and the page itself in a browser.
 
 import assert from "node:assert/strict";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The sentences of a block: their texts, and over made-up runs that what they say is true.
 
 import assert from "node:assert/strict";

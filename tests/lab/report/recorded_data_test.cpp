@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // What a report says, held against what MD itself writes and logs of the same run: dumps of luma,
 // vectors, distances and masks, and the two result lines of each frame.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The command line of `mdlab report`, as a user meets it, with the page that is built in.
 #include <gtest/gtest.h>
 #include <sys/stat.h>

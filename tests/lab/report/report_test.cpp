@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Whole reports: what is refused and how, what a page holds beside its data, and its size.
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // cfg/default.cfg on every scene: a change of MD or of the settings that loses a walker or reports
 // more of the weather shows here. The limits hold with little room; raise them when the scores
 // become better.

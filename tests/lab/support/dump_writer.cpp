@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 #include "tests/lab/support/dump_writer.h"
 
 #include <cstdio>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Dumps from frame records, as MD prints them: what a test reads back, and plants faults into.
 #pragma once
 

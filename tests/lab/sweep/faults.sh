@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 the MD simulator authors
+# SPDX-License-Identifier: BSD-2-Clause
+
 # usage: faults.sh BIN CFG. Sweeps that go wrong, for real: every one must leave whole results or say
 # what is missing, and the next must come to the results of one that went well. BIN holds MD, mdlab
 # and make_clip; CFG is a settings file to start from. With "all" as a third argument the slow ones

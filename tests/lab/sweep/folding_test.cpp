@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Points are folded by what a run is said not to read. MD is asked whether that is so: settings
 // are drawn at random, keys that are said to be idle get other values, and every frame must come
 // out the same.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Points read the converted clip in place. Each must report what a plain run from the clip reports.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The rules on saturated distances, which the block decision and box method 2 have in common.
 #include <gtest/gtest.h>
 

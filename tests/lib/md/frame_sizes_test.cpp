@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A frame size beyond memory, also beyond what the system at hand can count in bytes.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The colour sums, built with this project's flags for a processor with a fused multiply-add:
 // CMakeLists.txt gives this file the instructions, the flags have to keep them unused. Where they
 // are used, colours whose sum lies at a whole number come out one less.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Debian's chromium, driven by playwright-core, with a new empty profile. Everything that the page
 // must not do is collected: console messages, errors, requests.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A writer of report files for tests: turns plain frames into the data blocks that ../FORMAT.md of the
 // report defines, independent of the program that writes real ones.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Whole report files for browser tests, from made-up runs.
 
 import { spawnSync } from "node:child_process";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A made-up run as the page opens it, without packing: all frames are there at once.
 
 import { openRun } from "../../../../lab/report/page/data.js";

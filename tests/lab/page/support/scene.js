@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A made-up run for tests of the page: a walker of saturated and changing blocks over a quiet grid,
 // decided by a plain second writing of the chip's rules, so that every sentence has real numbers.
 

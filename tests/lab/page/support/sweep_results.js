@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // A sweep's results as mdlab writes them, small and made up by rule, and the page around them.
 
 import { readFileSync, writeFileSync } from "node:fs";

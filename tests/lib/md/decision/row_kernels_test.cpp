@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Every row kernel of every path against its scalar definition, in the manner of the table in
 // kernel_cases.h: sizes from one block up, every padding, stride and tap pattern, inputs from all
 // parts of their range, outputs full of junk before and guarded around.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The row walk and its kernels against the block walk: every map, every record, over all small
 // sizes, border modes, tap patterns and kinds of picture.
 #include "md/decision/row_walk.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The vector form of the inverse square root against the digit loop, over the whole domain. Its
 // arithmetic is rounded alike on every processor, so one vector width speaks for all.
 #if defined(__SSSE3__) || defined(__aarch64__)

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The gate's comparisons at their bounds and one step to either side, over frames made by hand.
 #include "md/object/bbox_gate.h"
 

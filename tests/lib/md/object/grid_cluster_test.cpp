@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // The two tunings of method 1 and each of its comparisons at its bound and one step to either side.
 #include "md/object/grid_cluster.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Each comparison of method 2 at its bound and one step to either side. The rules on saturated
 // distances have a table of their own in edge_rules_test.cpp.
 #include "md/object/projection_box.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Each comparison of method 0 at its bound and one step to either side. By hand: two blocks of
 // equal distance have their centre half-way, its half size is the reach from there, and with a
 // stride of 8 the box is 4 wider on each side.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 the MD simulator authors
+// SPDX-License-Identifier: BSD-2-Clause
+
 // Command lines for this system's processor: their text, and what reaches a real child.
 #ifdef _WIN32
 #include <gtest/gtest.h>
