@@ -96,12 +96,14 @@ Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight) {
 
 Walked Walk(Setting s, const std::vector<Plane>& aFrames, const RowKernels* pPath) {
     MdParams& md = s.md;
-    const auto n = static_cast<size_t>(BlockCount(s.nWidth, md) * BlockCount(s.nHeight, md));
+    const size_t n = static_cast<size_t>(BlockCount(s.nWidth, md)) *
+                     static_cast<size_t>(BlockCount(s.nHeight, md));
     const int32_t R = md.nMD_RefFrmIdx;
     std::vector<std::vector<BlockFeature>> aPool(static_cast<size_t>(R + 1));
     for (auto& t : aPool) t.assign(n, BlockFeature{});
     std::vector<BlockHistory> aHistory(n);
     std::vector<BlockHistory*> apHistory;
+    apHistory.reserve(n);
     for (BlockHistory& t : aHistory) apHistory.push_back(&t);
     RowWalk* pWalk =
         pPath == nullptr ? nullptr : RowWalkCreate(*pPath, &md, s.nWidth, s.nHeight, s.aGauss);

@@ -153,9 +153,10 @@ TEST(RowWalk, DecidesAsThePlainRulesOnEveryBound) {
         md.nMD_HogCellSize = md.nMD_HogDist_Scale2 = 16;
         md.nMD_HogDist_AvgYDiffCalc_Method = 2;
         md.nMD_HogDist_Th_AvgYDiffAdj_Scale = Pick(rng, 0, 3) == 0 ? 8 : 0;
-        const auto n = static_cast<size_t>(nBlkW * nBlkH);
+        const size_t n = static_cast<size_t>(nBlkW) * static_cast<size_t>(nBlkH);
         std::vector<BlockHistory> aHistory(n);
         std::vector<BlockHistory*> apHistory;
+        apHistory.reserve(n);
         for (BlockHistory& t : aHistory) apHistory.push_back(&t);
         RowWalk* pScan = RowWalkCreate(tPath, &md, w, h, s.aGauss);
         const int32_t nQuiet = Pick(rng, 0, 3);  // of four blocks
