@@ -370,9 +370,15 @@ void Walk::CompareAllVideos() {
     if (!options_.all_stages) return;
     const auto compare = [this](const std::string& a, const std::string& b) {
         try {
-            if (auto difference = CompareVideos(a, b, options_.video_size)) {
-                result_.videos.push_back(*difference);
-            }
+            const auto difference = CompareVideos(a, b, options_.video_size);
+            if (!difference) return;
+            result_.videos.push_back(*difference);
+            const auto cut = [this](const std::string& path, int64_t frames) {
+                Trouble("cut off",
+                        path + ": ends within frame " + std::to_string(frames) + " of the file");
+            };
+            if (difference->golden_cut) cut(a, difference->golden_frames);
+            if (difference->other_cut) cut(b, difference->other_frames);
         } catch (const Error& error) {
             Unreadable(error);
         }

@@ -80,7 +80,8 @@ struct VideoDifference {
     char plane = 'Y';      // Y, U or V
     int x = 0, y = 0;      // in samples of the plane
     int golden = 0, other = 0;
-    int64_t golden_frames = 0, other_frames = 0;  // in the files
+    int64_t golden_frames = 0, other_frames = 0;  // whole ones in the files
+    bool golden_cut = false, other_cut = false;   // the file ends within a frame
 };
 
 struct Comparison {

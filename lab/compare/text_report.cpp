@@ -212,9 +212,10 @@ std::string VideoText(const VideoDifference& v) {
     if (v.differs) {
         text += Format(
             ": frame %lld of the file, plane %c, pixel %d, %d   golden %02x (%d)   other "
-            "%02x (%d)   %lld frames differ",
+            "%02x (%d)   ",
             static_cast<long long>(v.frame), v.plane, v.x, v.y, static_cast<unsigned>(v.golden),
-            v.golden, static_cast<unsigned>(v.other), v.other, static_cast<long long>(v.frames));
+            v.golden, static_cast<unsigned>(v.other), v.other);
+        text += Counted(v.frames, "frame") + (v.frames == 1 ? " differs" : " differ");
     }
     if (v.golden_frames != v.other_frames) {
         text +=

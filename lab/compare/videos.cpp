@@ -52,13 +52,21 @@ std::optional<VideoDifference> CompareVideos(const std::string& golden, const st
     if (equal < 0) return std::nullopt;
     VideoDifference difference;
     difference.name = std::filesystem::path(golden).filename().string();
-    if (!size) size = SizeInName(difference.name);
+    if (!size) {
+        size = SizeInName(difference.name);
+        const auto of_other = SizeInName(std::filesystem::path(other).filename().string());
+        const bool unlike = size && of_other &&
+                            (size->width != of_other->width || size->height != of_other->height);
+        if (unlike) throw Error(other + ": is of another size than " + golden + " by its name");
+    }
     if (!size) {
         throw Error(golden + ": has no size like _320x180_ in its name; give it by --size WxH");
     }
     const Layout layout = LayoutOf(difference.name, *size);
     difference.golden_frames = a.Size() / layout.frame;
     difference.other_frames = b.Size() / layout.frame;
+    difference.golden_cut = a.Size() % layout.frame != 0;
+    difference.other_cut = b.Size() % layout.frame != 0;
     const int64_t both = std::min(a.Size(), b.Size());
     for (int64_t at = 0; at < both;) {
         equal = compare.EqualBytes(a, at, b, at);

@@ -328,6 +328,14 @@ TEST_F(CompareProgram, FindsThePixelOfAVideo) {
     WriteAll(folder_ / "short.yuv", golden.substr(0, 72 * 4));
     ExpectLine(Compare({"hogDist_8x6_P420.yuv", "short.yuv"}),
                "video    hogDist_8x6_P420.yuv: golden has 6 frames, other 4");
+    WriteAll(folder_ / "cut.yuv", golden.substr(0, 72 * 4 + 10));
+    const Outcome cut = Compare({"hogDist_8x6_P420.yuv", "cut.yuv"});
+    EXPECT_EQ(cut.nExit, 2);
+    ExpectLine(cut, "cut off  cut.yuv: ends within frame 4 of the file");
+    WriteAll(folder_ / "wide_12x4_P420.yuv", golden.substr(1));
+    ExpectLine(Compare({"hogDist_8x6_P420.yuv", "wide_12x4_P420.yuv"}),
+               "unreadable wide_12x4_P420.yuv: is of another size than hogDist_8x6_P420.yuv by its "
+               "name");
     WriteAll(folder_ / "plain.yuv", golden);
     EXPECT_EQ(Compare({"plain.yuv", "hogDist_8x6_P420.yuv"}).nExit, 0);
     const Outcome unknown = Compare({"plain.yuv", "short.yuv"});
