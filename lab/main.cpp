@@ -10,6 +10,7 @@
 
 #include "lab/commands.h"
 #include "lab/tool/error.h"
+#include "md/platform/platform.h"
 
 namespace {
 
@@ -28,6 +29,8 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A write over the limit of file sizes then fails as on a full disk, and is cleaned up after.
+    KeepRunningAtFileLimit();
     int status = lab::kTrouble;
     try {
         status = Run(argc, argv);

@@ -141,7 +141,10 @@ std::string WithoutOverrides(std::string log, const RunRequest& request) {
         throw Error("MD's run was ended by signal " + std::to_string(WTERMSIG(status)));
     }
     const std::string failure = ReadFile(request.folder + "/failure");
-    if (WEXITSTATUS(status) == kRecordingFailed && !failure.empty()) throw Error(failure);
+    if (WEXITSTATUS(status) == kRecordingFailed) {
+        // The reason itself may have found no room.
+        throw Error(failure.empty() ? request.folder + ": cannot be written" : failure);
+    }
     const std::string log =
         WithoutOverrides(ReadFile(request.log).substr(static_cast<size_t>(log_before)), request);
     std::fwrite(log.data(), 1, log.size(), stdout);

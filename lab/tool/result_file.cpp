@@ -44,13 +44,15 @@ void ResultFile::Remove() {
 }
 
 void ResultFile::Write(std::string_view bytes) {
-    std::fwrite(bytes.data(), 1, bytes.size(), file_);
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size() && reason_ == 0) {
+        reason_ = errno;
+    }
 }
 
 void ResultFile::Commit() {
     errno = 0;
     const bool whole = std::fflush(file_) == 0 && std::ferror(file_) == 0;
-    int reason = errno;
+    int reason = reason_ != 0 ? reason_ : errno;
     const bool closed = std::fclose(std::exchange(file_, nullptr)) == 0;
     if (whole && !closed) reason = errno;
     if (whole && closed) {
@@ -59,7 +61,8 @@ void ResultFile::Commit() {
         reason = errno;
     }
     Remove();
-    throw Error(path_ + ": cannot be written: " + std::strerror(reason));
+    // A writer to the stream may have failed earlier, for a reason that is gone.
+    throw Error(path_ + ": cannot be written: " + std::strerror(reason != 0 ? reason : EIO));
 }
 
 }  // namespace lab

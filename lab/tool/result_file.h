@@ -36,6 +36,7 @@ class ResultFile {
     std::string path_;
     std::string temporary_;  // path_ of a pipe or a device
     std::FILE* file_ = nullptr;
+    int reason_ = 0;  // errno of the first failed Write
 };
 
 }  // namespace lab

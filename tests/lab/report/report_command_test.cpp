@@ -79,4 +79,20 @@ TEST_F(ReportCommand, RemovesEverythingWhenInterrupted) {
     EXPECT_FALSE(fs::exists(tFolder / "r.html"));
 }
 
+TEST_F(ReportCommand, LeavesNothingWhereThePageFindsNoRoom) {
+    fs::create_directory(tFolder / "tmp");
+    setenv("TMPDIR", (tFolder / "tmp").c_str(), 1);
+    // In blocks of 512 bytes: enough for the run, less than the page.
+    const Outcome run = RunProgram(
+        tFolder.Path(), {"/bin/sh", "-c", "ulimit -f 300; exec \"$0\" \"$@\"", MDLAB_PROGRAM,
+                         "report", "--out", "r.html", "-q", "--", "-d", "a.cfg"});
+    unsetenv("TMPDIR");
+    EXPECT_EQ(run.nExit, 2) << run;
+    EXPECT_EQ(run.sErr, "mdlab: r.html: cannot be written: File too large\n");
+    EXPECT_TRUE(fs::is_empty(tFolder / "tmp"));
+    for (const auto& entry : fs::directory_iterator(tFolder.Path())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("r.html")) << entry.path();
+    }
+}
+
 }  // namespace

@@ -84,4 +84,19 @@ TEST_F(ResultFileTest, NamesThePathWhenItCannotBeWritten) {
     EXPECT_TRUE(fs::is_character_file(full));
 }
 
+TEST_F(ResultFileTest, KeepsTheReasonOfAWriteThatFailedEarly) {
+    // By a link, so that a fault here replaces the link and not the device.
+    const fs::path full = folder_ / "full";
+    fs::create_symlink("/dev/full", full);
+    lab::ResultFile file(full.string());
+    file.Write(std::string(1 << 20, 'x'));
+    std::string message;
+    try {
+        file.Commit();
+    } catch (const lab::Error& error) {
+        message = error.what();
+    }
+    EXPECT_EQ(message, full.string() + ": cannot be written: No space left on device");
+}
+
 }  // namespace
