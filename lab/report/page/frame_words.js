@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // Why a frame has a box or none, and what the gate did with it, as sentences. Pure; the record is
-// { reason, p: [4 numbers], gate, g: [2 numbers], s: settings by key }. Numbers stand between
+// { reason, p: [4 numbers], gate, g: [2 numbers], active, s: settings by key }. Numbers stand between
 // asterisks. Codes in ../FORMAT.md.
 
 import { short } from "../../page/format.js";
@@ -36,7 +36,7 @@ const kReasons = {
     33: (r) => `No motion yet: the box has stood for ${n(r.p[0])} of ${n(r.p[1])} frames.`,
     34: (r) => `No motion: the box grew ${times(r.p[2], r.p[3])} times, ${n(1.3)} allowed.`,
     35: (r) => `No motion: the box is too small (area ${n(r.p[2])}, ${n(r.p[3])} needed).`,
-    40: (r) => `Motion: ${blocks(r.p[0])}.`,
+    40: (r) => `Motion: ${blocks(r.active)}.`,
     41: (r) =>
         `No motion: too thin ${axis(r.p[0])} (${r.p[1] === 1 ? `${n(1)} pixel` : `${n(r.p[1])} pixels`}, ` +
         `${n(r.p[2])} needed).`,
@@ -86,6 +86,7 @@ export function frameRecord(run, f) {
         p: [c.p0[f], c.p1[f], c.p2[f], c.p3[f]],
         gate: c.gate[f],
         g: [c.g0[f], c.g1[f]],
+        active: c.active[f],
         s: run.settings,
     };
 }
