@@ -50,16 +50,22 @@ function parseRow(fields, clip) {
     return { first: a - clip.first, last: b - clip.first, box, what: fields[6] };
 }
 
-// What a run makes of the labels: of each row the frames reported and the first that was missed (-1:
-// none); and how many frames were reported outside all rows. `reported(f)` says whether frame f was.
-export function judge(rows, frames, reported) {
+const touch = (a, b) => a[0] < b[2] + 1 && b[0] < a[2] + 1 && a[1] < b[3] + 1 && b[1] < a[3] + 1;
+
+// What a run makes of the labels: of each row the frames that found it and the first that missed it
+// (-1: none); and how many frames were reported outside all rows. `reportedBox(f)` is the box of
+// frame f in pixels of the input, or null. A row with a box is found by a box that touches it, which
+// is `on_target` of the scores; a row without one by any box.
+export function judge(rows, frames, reportedBox) {
     const labelled = new Uint8Array(frames);
-    const each = rows.map(({ first, last }) => {
+    const boxes = Array.from({ length: frames }, (_, f) => reportedBox(f));
+    const each = rows.map(({ first, last, box: wanted }) => {
         let found = 0;
         let missed = -1;
         for (let f = first; f <= last; ++f) {
             labelled[f] = 1;
-            if (reported(f)) ++found;
+            const box = boxes[f];
+            if (box !== null && (wanted === null || touch(box, wanted))) ++found;
             else if (missed < 0) missed = f;
         }
         return { frames: last - first + 1, found, missed };
@@ -67,11 +73,18 @@ export function judge(rows, frames, reported) {
     let outside = 0;
     let firstOutside = -1;
     for (let f = 0; f < frames; ++f) {
-        if (labelled[f] === 1 || !reported(f)) continue;
+        if (labelled[f] === 1 || boxes[f] === null) continue;
         ++outside;
         if (firstOutside < 0) firstOutside = f;
     }
     return { each, outside, firstOutside };
+}
+
+// A box of working pixels, edges included, as MD reports it, in pixels of the input; not rounded.
+export function reportedToInput([left, top, right, bottom], clip) {
+    const sx = clip.input_width / clip.width;
+    const sy = clip.input_height / clip.height;
+    return [left * sx, top * sy, (right + 1) * sx - 1, (bottom + 1) * sy - 1];
 }
 
 // A rectangle of working pixels (any two corners) as a box of the input.

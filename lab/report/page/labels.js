@@ -7,7 +7,15 @@
 import { append, fill, h } from "../../page/dom.js";
 import { plural } from "../../page/format.js";
 import { isReported } from "./frame_words.js";
-import { fromCsv, judge, kWhats, toCsv, toInputBox, toWorkingBox } from "./label_rows.js";
+import {
+    fromCsv,
+    judge,
+    kWhats,
+    reportedToInput,
+    toCsv,
+    toInputBox,
+    toWorkingBox,
+} from "./label_rows.js";
 
 const kInk = { motion: "#ffe14d", ignore: "#c8a2ff" };
 
@@ -86,14 +94,41 @@ function render(labels) {
                 "anywhere). Save the list, and mdlab score or sweep measures runs against it.",
         ),
         commands(labels),
-        labels.rows.length === 0 ? h("p", null, "No label yet.") : [table(labels), outside(labels)],
+        labels.rows.length === 0
+            ? h("p", null, "No label yet.")
+            : [summary(labels), table(labels), outside(labels)],
     );
 }
 
 const verdicts = (labels) => {
     const run = labels.app.shownRun();
-    return judge(labels.rows, run.frames, (f) => isReported(run, f));
+    const c = run.columns;
+    const { clip } = labels.app.head;
+    return judge(labels.rows, run.frames, (f) =>
+        isReported(run, f)
+            ? reportedToInput(
+                  [c.after_left[f], c.after_top[f], c.after_right[f], c.after_bottom[f]],
+                  clip,
+              )
+            : null,
+    );
 };
+
+// The question first: how much of what should be found was missed.
+function summary(labels) {
+    const { each } = verdicts(labels);
+    const wanted = each.filter((_, i) => labels.rows[i].what === "motion");
+    const missed = wanted.filter((v) => v.missed >= 0);
+    if (wanted.length === 0) return null;
+    if (missed.length === 0) return h("p", null, "Every label is found in all its frames.");
+    const never = missed.filter((v) => v.found === 0).length;
+    return h(
+        "p",
+        null,
+        `${missed.length} of ${plural(wanted.length, "label")} missed in some frame, ` +
+            `${never} of them in every frame.`,
+    );
+}
 
 // What was reported although no label asks for it.
 function outside(labels) {
@@ -111,13 +146,13 @@ function outside(labels) {
 const frameLink = (labels, f) =>
     h("button.link", { type: "button", onclick: () => labels.app.go(f) }, number(labels, f));
 
-// How many frames of a label the run reported, and a link to the first that it missed.
+// In how many frames the run found a label, and a link to the first that missed it.
 function found(labels, row, { frames, found: n, missed }) {
     if (row.what !== "motion") return h("div.small.quiet", null, "judged by nothing");
     return h(
         "div.small.quiet",
         null,
-        `found in ${n} of ${frames}`,
+        `${row.box === null ? "found" : "touched by the box"} in ${n} of ${frames}`,
         missed < 0 ? null : [", missed first in ", frameLink(labels, missed)],
     );
 }

@@ -13,6 +13,7 @@ import * as compare from "../../../lab/report/page/compare.js";
 import {
     fromCsv,
     judge,
+    reportedToInput,
     toCsv,
     toInputBox,
     toWorkingBox,
@@ -146,17 +147,25 @@ test("what a run makes of labels", () => {
     const rows = [
         { first: 2, last: 5, box: null, what: "motion" },
         { first: 5, last: 7, box: null, what: "motion" },
+        // Its left edge is the right edge of what is reported; one pixel on, nothing is shared.
+        { first: 3, last: 5, box: [40, 20, 60, 40], what: "motion" },
+        { first: 5, last: 6, box: [41, 20, 60, 40], what: "motion" },
     ];
-    const verdict = judge(rows, 12, (f) => [2, 3, 5, 6, 7, 9, 11].includes(f));
+    const verdict = judge(rows, 12, (f) =>
+        [2, 3, 5, 6, 7, 9, 11].includes(f) ? [10, 10, 40, 30] : null,
+    );
     assert.deepEqual(verdict.each, [
         { frames: 4, found: 3, missed: 4 },
         { frames: 3, found: 3, missed: -1 },
+        { frames: 3, found: 2, missed: 4 },
+        { frames: 2, found: 0, missed: 5 },
     ]);
     assert.deepEqual([verdict.outside, verdict.firstOutside], [2, 9]);
 });
 
 test("a box dragged over all of the picture is the whole input, whichever corner came first", () => {
     assert.deepEqual(toInputBox([320, 240, 0, 0], kClip), [0, 0, 767, 575]);
+    assert.deepEqual(reportedToInput([0, 0, 319, 239], kClip), [0, 0, 767, 575]);
     assert.deepEqual(toWorkingBox([0, 0, 767, 575], kClip), [0, 0, 320, 240]);
     assert.deepEqual(toInputBox([-5, -5, 900, 900], kClip), [0, 0, 767, 575]);
     const box = toInputBox([10.2, 20.7, 31.9, 44.1], kClip);
