@@ -8,8 +8,8 @@
 #include <sstream>
 #include <utility>
 
-#include "lab/probe/tools.h"
 #include "lab/page/pack.h"
+#include "lab/probe/tools.h"
 #include "lab/report/run_facts.h"
 #include "lab/report/spool.h"
 

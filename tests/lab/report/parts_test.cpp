@@ -8,9 +8,9 @@
 #include <set>
 
 #include "lab/embedded.h"
+#include "lab/page/pack.h"
 #include "lab/probe/clip_probe.h"
 #include "lab/report/header.h"
-#include "lab/page/pack.h"
 #include "lab/report/page_file.h"
 #include "lab/report/recorded_run.h"
 #include "lab/report/recorder.h"

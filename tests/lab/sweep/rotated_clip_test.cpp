@@ -19,8 +19,8 @@ TEST(RotatedClip, IsRefusedBeforeAnythingRuns) {
     const std::string path = folder.Path();
     const std::string upright = path + "/upright.mp4";
     const std::string turned = path + "/turned.mp4";
-    // The flag on the stream, as a phone writes it. ffmpeg has an option for it from 6 on; before, a
-    // tag did it.
+    // The flag on the stream, as a phone writes it. ffmpeg has an option for it from 6 on; before,
+    // a tag did it.
     const std::string make = "ffmpeg -v error -f lavfi -i testsrc=s=64x32:d=0.2 " + upright +
                              " && ffmpeg -v error -display_rotation 90 -i " + upright +
                              " -c copy " + turned;

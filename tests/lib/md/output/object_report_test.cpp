@@ -20,8 +20,7 @@ TEST(ObjectReport, HasCommasBetweenObjects) {
     const std::string sObject =
         "    {\n      \"left\": 0,\n      \"top\": 0,\n      \"right\": 0,\n      \"bottom\": 0\n  "
         "  }";
-    EXPECT_EQ(ReadAll(sPath),
-              "{\n  \"bMotionDetected\": 0,\n  \"count\": 2,\n  \"objs\" : [\n" + sObject + ",\n" +
-                  sObject + "\n  ]\n}\n");
+    EXPECT_EQ(ReadAll(sPath), "{\n  \"bMotionDetected\": 0,\n  \"count\": 2,\n  \"objs\" : [\n" +
+                                  sObject + ",\n" + sObject + "\n  ]\n}\n");
     tMdResult = {};
 }
