@@ -81,6 +81,7 @@ void BM_BlockWalk(benchmark::State& tState) {
     for (auto& t : aPool) t.resize(n);
     std::vector<BlockHistory> aHistory(n);
     std::vector<BlockHistory*> apHistory;
+    apHistory.reserve(aHistory.size());
     for (auto& t : aHistory) apHistory.push_back(&t);
     std::vector<uint8_t> aAvail(n), aDist(n);
     for (int32_t f = 0; auto _ : tState) {
@@ -95,7 +96,7 @@ void BM_BlockWalk(benchmark::State& tState) {
 
 void RowWalkBench(benchmark::State& tState, const RowKernels& tPath) {
     Scene s(static_cast<int32_t>(tState.range(0)));
-    const auto n = static_cast<size_t>(s.Blocks() + kMapSlack);
+    const auto n = static_cast<size_t>(s.Blocks()) + kMapSlack;
     std::vector<uint8_t> aAvail(n), aDist(n);
     RowWalk* pWalk = RowWalkCreate(tPath, &s.md, kWidth, kHeight, s.aGauss);
     for (int32_t f = 0; auto _ : tState) {

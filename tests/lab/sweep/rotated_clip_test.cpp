@@ -16,7 +16,7 @@ namespace {
 
 TEST(RotatedClip, IsRefusedBeforeAnythingRuns) {
     const TempFolder folder;
-    const std::string path = folder.Path();
+    const std::string& path = folder.Path();
     const std::string upright = path + "/upright.mp4";
     const std::string turned = path + "/turned.mp4";
     // The flag on the stream, as a phone writes it. ffmpeg has an option for it from 6 on; before,
