@@ -114,7 +114,7 @@ void JudgeLabelled(const std::vector<FrameReport>& run, const Labels& labels, do
     Counts& counts = judgement->counts;
     for (const FrameReport& report : run) {
         const Expected expected = walk.At(report.frame);
-        if (!expected.motion) range.Close(&counts);
+        if (!expected.motion && !expected.ignored) range.Close(&counts);
         range.open |= expected.motion;
         if (expected.ignored) {
             judgement->strip += 'i';

@@ -95,6 +95,17 @@ TEST(Scores, OnlyFramesOfTheRunAreJudged) {
     EXPECT_EQ(texts.at("recall"), "1");
 }
 
+// Who walks behind a tree for some frames is still in one range, found once.
+TEST(Scores, IgnoredFramesDoNotEndARange) {
+    const Labels labels =
+        ParseLabels("0,1,,,,,motion\n2,3,,,,,ignore\n4,5,,,,,motion\n6,6,,,,,ignore\n", "test");
+    const auto texts = Texts(Judge(RunOf({kNone, kNone, 0, 0, kNone, 0, 0}), &labels, {}).counts);
+    EXPECT_EQ(texts.at("ranges"), "1");
+    EXPECT_EQ(texts.at("ranges_found"), "1");
+    EXPECT_EQ(texts.at("delay_longest"), "3");
+    EXPECT_EQ(texts.at("quiet_frames"), "0");
+}
+
 TEST(Scores, ClipsAddUp) {
     const Labels moving = ParseLabels("1,2,,,,,motion", "test");
     const Labels still;
