@@ -40,6 +40,19 @@ Json Scores(const Counts& counts) {
     return scores;
 }
 
+// What the plan says of this clip in place of the settings, for MD's command line.
+std::string ClipOptions(const PlanClip& clip) {
+    std::string line;
+    const auto add = [&](const char* key, const std::optional<std::string>& value) {
+        if (!value) return;
+        line.append(line.empty() ? "" : " ").append("-p ").append(key).append("=").append(*value);
+    };
+    add("InputFileType", clip.type);
+    add("InputWidth", clip.width);
+    add("InputHeight", clip.height);
+    return line;
+}
+
 Json Clips(const SweepResults& sweep) {
     Json clips = Json::array();
     for (size_t c = 0; c < sweep.plan.clips.size(); ++c) {
@@ -47,6 +60,7 @@ Json Clips(const SweepResults& sweep) {
         clips.push_back({{"name", clip.name},
                          {"file", clip.file},
                          {"labels", clip.labels ? Json(clip.label_file) : Json()},
+                         {"options", ClipOptions(clip)},
                          {"width", sweep.clip_sizes[c].width},
                          {"height", sweep.clip_sizes[c].height}});
     }

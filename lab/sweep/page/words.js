@@ -61,11 +61,12 @@ export const shellWord = (text) =>
 
 // The command that shows why this point did what it did on a clip.
 export function reportCommand(sweep, point, clip) {
-    const { name, file } = sweep.clips[clip];
+    const { name, file, options: ownOptions } = sweep.clips[clip];
     const input = shellWord(`InputFilePath=${file}`);
-    const options = point.options === "" ? "" : ` ${point.options}`;
+    const options = [ownOptions, point.options].map((o) => (o === "" ? "" : ` ${o}`)).join("");
+    const page = shellWord(`${name.replaceAll("/", "-")}.html`);
     return (
-        `mdlab report --out ${shellWord(`${name}.html`)} -- -d ${shellWord(sweep.settings)}` +
+        `mdlab report --out ${page} -- -d ${shellWord(sweep.settings)}` +
         ` -p ${input}${options}`
     );
 }

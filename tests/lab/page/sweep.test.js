@@ -106,6 +106,12 @@ test("sentences and the lines to copy", () => {
         "mdlab report --out night.html -- -d '/data/my settings/base.cfg' " +
             "-p InputFilePath=/data/night.mp4 -p MD_HogDist_Th=4 -p MD_BlkCnt_Th=2",
     );
+    const raw = { name: "yard/1", file: "/data/1.yuv", options: "-p InputFileType=0" };
+    assert.equal(
+        reportCommand({ ...sweep, clips: [raw] }, byName("4x2"), 0),
+        "mdlab report --out yard-1.html -- -d '/data/my settings/base.cfg' " +
+            "-p InputFilePath=/data/1.yuv -p InputFileType=0 -p MD_HogDist_Th=4 -p MD_BlkCnt_Th=2",
+    );
 });
 
 test("the address names the point and comes back", () => {

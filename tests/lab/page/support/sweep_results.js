@@ -77,6 +77,7 @@ export function makeResults({
             name,
             file: `/data/${name}.mp4`,
             labels: labels ? `/data/${name}.csv` : null,
+            options: "",
             width: 640,
             height: 360,
         })),
