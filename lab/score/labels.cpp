@@ -80,6 +80,8 @@ LabelRow ReadRow(std::string_view line, const std::string& where) {
 
 Labels ParseLabels(std::string_view text, const std::string& name) {
     Labels labels;
+    // Spreadsheets put this mark before a text in UTF-8.
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
     for (int number = 1; !text.empty(); ++number) {
         const size_t end = text.find('\n');
         const std::string_view line = Trim(text.substr(0, end));

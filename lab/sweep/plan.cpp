@@ -6,6 +6,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <set>
 
@@ -47,8 +48,9 @@ class Reader {
 
   private:
     [[noreturn]] void RefuseAt(const YAML::Mark& mark, const std::string& why) const {
-        throw Error(path_ + ":" + std::to_string(mark.line + 1) + ":" +
-                    std::to_string(mark.column + 1) + ": " + why);
+        // An empty file has no place of its own.
+        throw Error(path_ + ":" + std::to_string(std::max(mark.line, 0) + 1) + ":" +
+                    std::to_string(std::max(mark.column, 0) + 1) + ": " + why);
     }
     [[noreturn]] void Refuse(const YAML::Node& node, const std::string& why) const {
         RefuseAt(node.Mark(), why);
@@ -222,7 +224,9 @@ class Reader {
         const std::string number = text.substr(limit.at_least ? 9 : 8);
         char* end = nullptr;
         limit.value = std::strtod(number.c_str(), &end);
-        if (end == number.c_str() || *end != '\0') Refuse(node, number + " is not a number");
+        if (end == number.c_str() || *end != '\0' || !std::isfinite(limit.value)) {
+            Refuse(node, number + " is not a number");
+        }
         return limit;
     }
 

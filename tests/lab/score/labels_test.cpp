@@ -25,6 +25,11 @@ TEST(Labels, WhatAFileMayHold) {
     EXPECT_FALSE(labels[1].box.has_value());
     EXPECT_TRUE(labels[1].ignore);
     EXPECT_TRUE(ParseLabels("", "x.csv").empty());
+    EXPECT_EQ(ParseLabels("\xEF\xBB\xBF"
+                          "1,2,,,,,motion\r\n",
+                          "x.csv")
+                  .size(),
+              1U);
 }
 
 TEST(Labels, ARowThatCannotBeReadNamesItsLine) {

@@ -96,6 +96,8 @@ TEST_F(PlanFile, FaultsNameFileLineAndColumn) {
         {kHead + "kyes: {}\n", "plan.yaml:3:1: kyes is not known here"},
         {kHead + "take: 0\n", "plan.yaml:3:7: 0 is not a whole number from 1 to"},
         {kHead + "expect: {recal: at least 1}\n", "3:10: recal is no score"},
+        {kHead + "expect: {recall: at least nan}\n", "3:18: nan is not a number"},
+        {"", "plan.yaml:1:1: a plan is"},
         {kHead + "expect: {recall: 1}\n", "3:18: 1: a limit is written as at least 0.9"},
         {kHead + "expect: {clips: {b: {}}}\n", "3:18: b is no clip of the plan"},
         {"settings: base.cfg\nclips: [a.yuv, b.yuv]\n", "plan.yaml:2:16: "},
