@@ -172,7 +172,9 @@ void ConvertClip(const ClipJob& job) {
     if (outcome.signal != 0) {
         throw Error(job.clip + ": MD was killed by signal " + std::to_string(outcome.signal));
     }
-    if (IsRefusal(outcome) || outcome.complaint.find("is odd") != std::string::npos) {
+    // A refusal with a warning may come from a fault that passes: it is not kept.
+    const bool odd = outcome.complaint.find("is odd") != std::string::npos;
+    if (!outcome.warned && (IsRefusal(outcome) || odd)) {
         result.refused = true;
         result.status = outcome.status;
         result.message = outcome.complaint;
