@@ -66,8 +66,7 @@ export function reportCommand(sweep, point, clip) {
     const options = [ownOptions, point.options].map((o) => (o === "" ? "" : ` ${o}`)).join("");
     const page = shellWord(`${name.replaceAll("/", "-")}.html`);
     return (
-        `mdlab report --out ${page} -- -d ${shellWord(sweep.settings)}` +
-        ` -p ${input}${options}`
+        `mdlab report --out ${page} -- -d ${shellWord(sweep.settings)}` + ` -p ${input}${options}`
     );
 }
 
