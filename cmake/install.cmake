@@ -6,6 +6,11 @@
 set(MD_PRIVATE_DIR ${CMAKE_INSTALL_LIBEXECDIR}/md)
 file(RELATIVE_PATH MD_FROM_BIN ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/md)
 configure_file(tools/launcher.sh.in launcher/MD @ONLY)
+# The build has a folder of them too, for the search path of whoever works from a clone.
+set(MD_FROM_BIN ../bin)
+foreach(program MD mdlab make_clip)
+    configure_file(tools/launcher.sh.in path/${program} @ONLY)
+endforeach()
 
 # Links to the tools found here go into the build and an installed tree, links to where Debian has
 # them into the package.
