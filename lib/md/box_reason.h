@@ -23,9 +23,9 @@ enum BoxReasonCode : int32_t {
     kProjectionMotion = 30,     // frames a box has lasted, frames needed, area sum, the one before
     kProjectionNoBlock = 31,    // no block was confirmed
     kProjectionNoMeeting = 32,  // blocks listed, none where fullest column and row meet
-    kProjectionTooNew = 33,     // frames stood, frames needed
-    kProjectionGrew = 34,       // frames stood, frames needed, area sum, the one before
-    kProjectionTooSmall = 35,   // frames stood, frames needed, area sum, area sum needed
+    kProjectionTooNew = 33,     // frames a box has lasted, frames needed
+    kProjectionGrew = 34,       // the same two, area sum, the one before
+    kProjectionTooSmall = 35,   // the same two, area sum, area sum needed
     // Method 3.
     kBisectionMotion = 40,
     kBisectionThin = 41,   // axis (1 across, 0 down), dimension, dimension needed

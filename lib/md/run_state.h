@@ -6,9 +6,10 @@
 //
 //   tGradientTexts, aWorkMap   cfg_top   texts of the tap lists, working copy of the input map;
 //                                        cfgConfigure fills both anew
-//   szPreInput, szScaledInput, sToolDir  input: the texts behind three pointers below
+//   szPreInput, szScaledInput, sToolDir  input: the texts that three pointers below point to
 //   nYDiffThreCarry            decision/luma_threshold.h   threshold that the last frame left
 //   pRowWalk                   app/frame_scan.cpp   memory of the row walk; null otherwise
+//   bKeepRecords               app/frame_scan.cpp   set by a caller of runs, and stays set
 //   aGridTune[].nScore         object/grid_cluster.h       memory of box method 1
 //   tProjectionState           object/projection_box.h     memory of box method 2
 //   tGateState                 object/bbox_gate.h          memory of the temporal gate
@@ -16,8 +17,8 @@
 //   bTextPlain                 output/text_out.h    from the environment, as DumpsOpen finds it
 //   tReader, nNextFrame        app/md_sim_run.cpp   the working file; MdSimStart sets both
 //
-// For the process: the kernels chosen (feature/kernel_path.cpp) and the switches of the environment
-// (run_switches.h), both read once.
+// For the process: the kernels chosen (decision/row_kernels.cpp) and the switches of the
+// environment (run_switches.h), both read once.
 #pragma once
 
 #include <cstdint>

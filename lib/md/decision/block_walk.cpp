@@ -19,10 +19,10 @@ void FetchBlock(const MdParams& md, const uint8_t* pY, int32_t nWidth, int32_t n
                 int32_t y0, uint8_t* pBlkBuf) {
     const int32_t B = md.nMD_HogBlockSize;
     switch (md.nMD_Padding_Method) {
-        case 0:
+        case kPadNeighbours:
             BlockFetch_Extend(pY, nWidth, nHeight, x0 - 2, y0 - 2, B + 4, pBlkBuf);
             break;
-        case 1:
+        case kPadZeros:
             BlockFetch_Zero(pY, nWidth, nHeight, x0, y0, B, pBlkBuf);
             break;
         default:

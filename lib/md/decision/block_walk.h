@@ -5,7 +5,7 @@
 // running luma difference, decision. It is the definition of what a frame's scan computes, and
 // nothing in it is written for speed: row_walk.h does that.
 //
-// With threshold method 0 the decisions run one block row after the features, because the luma
+// With kPerRow the decisions run one block row after the features, because the luma
 // threshold of a row is a mean over all rows up to it.
 #pragma once
 
@@ -17,7 +17,7 @@
 
 // Scans one frame. `pY`: luma plane, row pitch nWidth. `pGaussWin`: 32 x 32 weights. Per-block
 // tables in raster order: `pCurFeat` is written, `pRefFeat` read (both may be one array), maps and
-// history records written. Method 0 prints its last threshold once a frame.
+// history records written. kPerRow prints its last threshold once a frame.
 void FrameBlockScan_NormalHog(const MdParams* pParams, const uint8_t* pY, int32_t nWidth,
                               int32_t nHeight, const uint8_t* pGaussWin, BlockFeature* pCurFeat,
                               const BlockFeature* pRefFeat, uint8_t* pAvailMap, uint8_t* pDistMap,

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// The distance of a block from its reference, 0 to 255: how far apart their vectors lie, weighed by
+// The distance of a block from its reference, 0 to 255: how far apart their vectors are, weighed by
 // their length classes. Both walks compute it with these functions; the vector kernels
 // (row_distances.inc) are held to them byte by byte.
 #pragma once
@@ -75,5 +75,5 @@ inline bool IsOwnReference(const MdParams& md) {
 // Whether a block's mean luma, nYDiff away from its reference's, has moved too little for its
 // distance to count.
 inline bool IsLumaStill(const MdParams& md, int32_t nYDiff, int32_t nYDiffThre) {
-    return md.nMD_HogDistAvailCheck == 1 && nYDiff <= nYDiffThre;
+    return md.nMD_HogDistAvailCheck == kAvailCheckLuma && nYDiff <= nYDiffThre;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// The luma threshold: the mean change of the blocks' luma, which tells how restless the frame is as
-// a whole. The thresholds of distances rise with it. Both walks call these functions.
+// The luma threshold: the mean change of the blocks' luma, which shows how much the whole frame
+// changes. The thresholds of distances rise with it. Both walks call these functions.
 #pragma once
 
 #include <cstdint>

@@ -45,7 +45,7 @@ uint32_t BitsOf(Bytes v) {
 Bytes NotAvailable(const MdParams& md, const DecisionRow& row, int32_t x, int32_t nYDiffThre) {
     const uint8_t nNone = IsOwnReference(md) ? 255 : 0;
     Bytes v = Bytes{} + nNone;
-    if (md.nMD_HogDistAvailCheck == 1) {
+    if (md.nMD_HogDistAvailCheck == kAvailCheckLuma) {
         const Bytes nThre = Bytes{} + static_cast<uint8_t>(std::min(nYDiffThre, 255));
         v |= (Bytes)(LoadBytes(row.pYDiff + x) <= nThre);
     }
@@ -68,7 +68,7 @@ GroupFlags FlagsAround(const DecisionRow& row, int32_t x) {
 }
 
 // Neighbour counts of the blocks x to x + 15, each without its left neighbour: that one is decided
-// just before it, while all others stand when the group's turn comes.
+// just before it; the others do not change while the group is decided.
 struct GroupCounts {
     Bytes nAct, nActLater, nHighAct;
 };

@@ -29,7 +29,7 @@ struct BytePlane {
     const uint8_t* At(int32_t x, int32_t y) const { return pBytes + (y + 1) * nPitch + kGroup + x; }
 };
 
-// One row of decisions. All pointers are to its block 0. Distances and states lie in BytePlanes.
+// One row of decisions. All pointers are to its block 0. Distances and states are in BytePlanes.
 // All is read and written kGroup blocks at a time; what comes after the row's end has distance 0
 // and state 0, and keeps them.
 struct DecisionRow {

@@ -28,7 +28,7 @@ constexpr int32_t kMapSlack = 16;
 
 // Scans one frame; see FrameBlockScan_NormalHog. Slots number the feature ring, 0 to 14; they may
 // be one slot. `pY` is readable for kLumaSlack bytes after its end, as a frame with its chroma is.
-// Prints the line of threshold method 0; reads and writes nYDiffThreCarry. It prints no detail
+// With kPerRow prints its line; reads and writes nYDiffThreCarry. It prints no detail
 // lines: a run that wants them takes the block walk.
 void RowWalkFrame(RowWalk* pWalk, const MdParams* pParams, const uint8_t* pY, int32_t nCurSlot,
                   int32_t nRefSlot, uint8_t* pAvailMap, uint8_t* pDistMap);

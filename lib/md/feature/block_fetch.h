@@ -6,20 +6,20 @@
 //
 // Window: W * W bytes, W = B + 4 for block size B, row pitch W. The block is at columns and rows 2
 // to B + 1. Source: luma plane of nWidth x nHeight bytes, row pitch nWidth; only read. The block
-// lies wholly inside the frame.
+// is wholly inside the frame.
 #pragma once
 
 #include <cstdint>
 
-// Mode 0: the pixels around the block, those beyond the frame repeated from its edge. x0, y0 are
-// the window's corner in the frame (-2 or more), nWindow is W.
+// kPadNeighbours: the pixels around the block, those beyond the frame repeated from its edge. x0,
+// y0 are the window's corner in the frame (-2 or more), nWindow is W.
 void BlockFetch_Extend(const uint8_t* pY, int32_t nWidth, int32_t nHeight, int32_t x0, int32_t y0,
                        int32_t nWindow, uint8_t* pBlkBuf);
 
-// Mode 1: zeros. x0, y0 are the block's corner in the frame, nBlock is B.
+// kPadZeros. x0, y0 are the block's corner in the frame, nBlock is B.
 void BlockFetch_Zero(const uint8_t* pY, int32_t nWidth, int32_t nHeight, int32_t x0, int32_t y0,
                      int32_t nBlock, uint8_t* pBlkBuf);
 
-// Mode 2: the block's own edge pixels. Arguments as in mode 1.
+// kPadEdge: the block's own edge pixels. Arguments as for kPadZeros.
 void BlockFetch_Replicate(const uint8_t* pY, int32_t nWidth, int32_t nHeight, int32_t x0,
                           int32_t y0, int32_t nBlock, uint8_t* pBlkBuf);

@@ -35,7 +35,8 @@ void FetchPatch(const CellSetup& t, const LumaPlane& tLuma, int32_t nX, int32_t 
             const int32_t x = nX + c - kBorder;
             const int32_t nOwn = std::clamp(x, nX, nX + kBlock - 1);
             const int32_t nInFrame = std::clamp(x, 0, tLuma.nWidth - 1);
-            p[c] = t.nPadding == 1 ? uint8_t{0} : pRow[t.nPadding == 2 ? nOwn : nInFrame];
+            p[c] = t.nPadding == kPadZeros ? uint8_t{0}
+                                           : pRow[t.nPadding == kPadEdge ? nOwn : nInFrame];
         }
     }
 }
@@ -69,10 +70,10 @@ void AbsGradientsY(const CellSetup& t, const Patch& aPatch, Half& aOut) {
 
 // The block's own border, above its upper half or below its lower one.
 void SetBorderRows(const CellSetup& t, bool bTop, Patch& aPatch) {
-    if (t.nPadding == 0) return;
+    if (t.nPadding == kPadNeighbours) return;
     for (int32_t n = 0; n < kBorder; ++n) {
         uint8_t* pRow = aPatch[bTop ? n : kRows - kBorder + n];
-        if (t.nPadding == 1) {
+        if (t.nPadding == kPadZeros) {
             std::memset(pRow, 0, kColumns);
         } else {
             std::memcpy(pRow, aPatch[bTop ? kBorder : kRows - kBorder - 1], kColumns);
@@ -127,11 +128,11 @@ int32_t LumaOf(const Patch& aPatch) {
     return nSum;
 }
 
-// Place of column x of a block, -2 to 17, and for padding 0 also of a cell.
+// Place of column x of a block, -2 to 17, and with kPadNeighbours also of a cell.
 uint8_t PlaceOfColumn(int32_t nPadding, int32_t x) {
-    if (nPadding == 0) return static_cast<uint8_t>(x + kBorder);
+    if (nPadding == kPadNeighbours) return static_cast<uint8_t>(x + kBorder);
     const bool bBorder = x < 0 || x >= kBlock;
-    if (bBorder && nPadding == 1) return 128;
+    if (bBorder && nPadding == kPadZeros) return 128;
     return static_cast<uint8_t>(std::clamp(x, 0, kBlock - 1));
 }
 
@@ -156,7 +157,7 @@ void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup*
     constexpr int32_t aFirstTap[3] = {0, 3, 2};
     for (int32_t nPair = 0; nPair < 3; ++nPair) {
         for (int32_t nLane = 0; nLane < 4; ++nLane) {
-            const int32_t nFirst = t.nPadding == 0 ? 0 : kCell * (nLane % 2);
+            const int32_t nFirst = t.nPadding == kPadNeighbours ? 0 : kCell * (nLane % 2);
             for (int32_t i = 0; i < 16; ++i) {
                 const int32_t nTap = aFirstTap[nPair] + i % 2;
                 t.aPlacesX[nPair][nLane][i] =

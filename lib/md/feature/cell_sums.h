@@ -35,12 +35,12 @@ struct CellSetup {
     // magnitude has the weighted magnitude in its upper half. Each row twice, for vectors that hold
     // two blocks.
     alignas(64) uint16_t aWeight[16][32];
-    int32_t nPadding;      // border of a block: 0 neighbours, 1 zeros, 2 the block's own edge
+    int32_t nPadding;      // PaddingMethod
     int32_t nStrideCells;  // from block to block, 1 to 8
     // For vectors: where the pixels under a pair of taps are for each column of a cell, as the
     // left one of its block and as the right one, and both again. Pairs are taps 0 and 1, 3 and 4,
-    // 2 and 3. With padding 0 the places count from two columns before the cell, else from the
-    // block's first column; at place 128 is a zero.
+    // 2 and 3. With kPadNeighbours the places count from two columns before the cell, else from
+    // the block's first column; at place 128 is a zero.
     alignas(64) uint8_t aPlacesX[3][4][16];
 };
 
@@ -74,7 +74,7 @@ struct LumaPlane {
 };
 
 // Sums of the cell row whose first pixel row is `nY`, a multiple of 8 up to nHeight - 8, for the
-// `nBlocks` blocks of a block row, which lie wholly inside the frame: as their upper half into
+// `nBlocks` blocks of a block row, which are wholly inside the frame: as their upper half into
 // pTop, as their lower half into pBottom. One of the two may be null.
 using CellRowSumsFn = void(const CellSetup& t, const LumaPlane& tLuma, int32_t nY, int32_t nBlocks,
                            const HalfRow* pTop, const HalfRow* pBottom);

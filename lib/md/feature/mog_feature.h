@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // The feature record of a block: moments of gradient (MoG), gradient magnitudes summed with their
-// position as weight. It tells where the block's edges lie.
+// position as weight. It shows where the block's edges are.
 #pragma once
 
 #include <cstdint>
