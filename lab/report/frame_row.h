@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "md/decision/activity_rules.h"
+#include "md/decision/activity_outcome.h"
 
 namespace lab {
 
