@@ -6,7 +6,10 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "lab/commands.h"
 #include "lab/tool/error.h"
@@ -20,6 +23,10 @@ int Run(int argc, char** argv) {
     try {
         app->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
+        const std::vector<std::string> unknown = app->remaining();
+        if (app->get_subcommands().empty() && !unknown.empty()) {
+            throw lab::Error("no command " + unknown.front() + "; mdlab --help lists them");
+        }
         // Help and version are "errors" with status 0 here.
         return app->exit(error) == 0 ? lab::kSame : lab::kTrouble;
     }
@@ -37,6 +44,9 @@ int main(int argc, char** argv) {
     } catch (const lab::Error& error) {
         std::fprintf(stderr, "mdlab: %s\n", error.what());
         status = error.Status();
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::fprintf(stderr, "mdlab: %s: %s\n", error.path1().c_str(),
+                     error.code().message().c_str());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "mdlab: %s\n", error.what());
     }

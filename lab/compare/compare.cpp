@@ -113,9 +113,9 @@ void AddCompare(CLI::App* app, int* status) {
                      "Output folder, its HOG_feature, one of the files there, or a raw video")
         ->required();
     command->add_option("OTHER", options.other, "The same of the run to check")->required();
-    command->add_option("--limit", options.limit, "Blocks in full after the first")
+    command->add_option("--limit", options.limit, "Blocks in full after the first (5)")
         ->check(CLI::Range(0, 1000000))
-        ->capture_default_str();
+        ->option_text("N");
     command->add_option("--frames", typed->frames, "Only frames A to B, counted from 0")
         ->type_name("A:B");
     command
@@ -126,7 +126,8 @@ void AddCompare(CLI::App* app, int* status) {
     command
         ->add_option("--stride", options.stride,
                      "Pixels from block to block, where no video of the run tells")
-        ->check(CLI::Range(8, 64));
+        ->check(CLI::Range(8, 64))
+        ->option_text("N");
     command->add_option("--size", typed->size, "Size of raw videos with none in their name")
         ->type_name("WxH");
     command->add_option("--json", options.json, "Leave the result as json")->type_name("FILE");

@@ -41,7 +41,8 @@ std::vector<const CLI::App*> Commands(const CLI::App& app) {
 void PrintOption(const CLI::Option& option) {
     const bool positional = option.get_positional();
     std::cout << ".TP\n.B " << Roff(option.get_name(positional, !positional));
-    const std::string type = option.get_type_name();
+    const std::string& shown = option.get_option_text();
+    const std::string type = shown.empty() ? option.get_type_name() : shown;
     if (!positional && option.get_items_expected_max() > 0 && !type.empty()) {
         std::cout << " \\fI" << Roff(type) << "\\fR";
     }

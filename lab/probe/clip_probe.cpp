@@ -62,7 +62,7 @@ ClipFacts ProbeClip(const std::string& path) {
 }
 
 void RefuseRotated(const std::string& path, const ClipFacts& facts) {
-    if (facts.rotation == 0) return;
+    if (facts.rotation % 180 == 0) return;
     throw Error(path + ": is marked to be shown rotated by " + std::to_string(facts.rotation) +
                 " degrees, and its conversion would scramble the picture.\n"
                 "Bake the rotation in first:\n"

@@ -213,7 +213,9 @@ std::string HeadNotes(const HeaderInput& in) {
         }
     }
     if (in.clip.variable_rate) {
-        Note("The frames of this clip do not come at one rate: times are about right only.");
+        Note(
+            "The frames of this clip do not come at one rate: times are about right only, and a "
+            "frame that the conversion repeats shows no motion.");
     }
     return html;
 }

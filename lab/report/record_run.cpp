@@ -17,6 +17,7 @@
 
 #include "app/frame_scan.h"
 #include "app/md_sim_run.h"
+#include "lab/probe/odd_size.h"
 #include "lab/probe/tools.h"
 #include "lab/report/run_facts.h"
 #include "lab/tool/error.h"
@@ -82,6 +83,13 @@ int64_t FramesAhead() {
     return asked >= 0 && (error || asked < frames) ? asked : std::max<int64_t>(frames, 0);
 }
 
+void RefuseOddClip() {
+    const SimParams& sim = tSimParams;
+    const bool scaled = sim.nInputWidth != nMdWidth || sim.nInputHeight != nMdHeight;
+    RefuseOtherLayout(sim.InputFilePath, sim.pPreInputPath, sim.nInputWidth, sim.nInputHeight,
+                      scaled);
+}
+
 json Run(const RunRequest& request) {
     SendStandardOutputTo(request.log);
     KeepRunningAtFileLimit();
@@ -91,6 +99,7 @@ json Run(const RunRequest& request) {
     ArgumentList list(arguments);
     FrameScanKeepRecords();
     MdSimStart(list.Count(), list.Pointers());
+    RefuseOddClip();
     const auto working = std::filesystem::absolute(tSimParams.pScaledInputPath);
     std::filesystem::create_symlink(working, request.folder + "/working");
     Recorder recorder(request.folder);

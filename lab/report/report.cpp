@@ -70,7 +70,7 @@ std::optional<IndexRange> DetailOf(const ReportRequest& request, const RecordedR
 
 // The first shape that fits; the last one if none does.
 void WriteFitting(const ReportRequest& request, const PageTemplate& page, Content* content,
-                  const InterruptGuard& interrupt) {
+                  const InterruptGuard& interrupt, ResultFile* file) {
     const std::vector<Shape> shapes = Shapes();
     for (const Shape& shape : shapes) {
         interrupt.Check();
@@ -85,9 +85,8 @@ void WriteFitting(const ReportRequest& request, const PageTemplate& page, Conten
                          "be left out\n",
                          static_cast<double>(size) / kMegabyte);
         }
-        ResultFile file(request.out);
-        WritePage(page, texts, blocks, interrupt, &file);
-        file.Commit();
+        WritePage(page, texts, blocks, interrupt, file);
+        file->Commit();
         return;
     }
 }
@@ -116,19 +115,25 @@ int MakeReport(const ReportRequest& request, std::string_view page) {
     const PageTemplate cut = CutTemplate(page);
     const InterruptGuard interrupt;
     const TempFolder temporary;
+    ResultFile file(request.out);  // before a long run for nothing
     try {
         const ClipFacts facts = Probe(request, interrupt);
+        const auto second = SecondArguments(request.arguments, request.against);
+        SimParams ignored{};
+        if (!SettingsOf(second, interrupt, &ignored)) {
+            // The second run says why, before the first one takes its time.
+            Record(request, second, temporary.Path() + "/refused", interrupt);
+        }
         std::vector<RecordedRun> runs;
         runs.push_back(Record(request, request.arguments, temporary.Path() + "/a", interrupt));
         if (!request.against.empty()) {
-            runs.push_back(Record(request, SecondArguments(request.arguments, request.against),
-                                  temporary.Path() + "/b", interrupt));
+            runs.push_back(Record(request, second, temporary.Path() + "/b", interrupt));
         }
         const ClipTexts clip{request.title.value_or(runs[0].facts["clip"]["name"]), facts.fps,
                              facts.variable_rate, EndedEarly(runs[0])};
         const auto detail = DetailOf(request, runs[0]);
         Content content(std::move(runs), clip, detail, request.budget, request.quiet, interrupt);
-        WriteFitting(request, cut, &content, interrupt);
+        WriteFitting(request, cut, &content, interrupt, &file);
     } catch (const Refusal& refusal) {
         return refusal.status;
     }

@@ -70,8 +70,8 @@ void AddReport(CLI::App* app, int* status) {
     command
         ->add_option("--budget", options->budget,
                      "Largest size of the page in MB; 0: no limit (default 16)")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("MB");
+        ->check(CLI::Range(0.0, 1e6))
+        ->option_text("MB");
     command
         ->add_option("--detail", options->detail,
                      "Frames that keep everything, whatever the size, as in 120-180")

@@ -176,7 +176,7 @@ void ShowBlock(const Run& run, const ShowOptions& options) {
 void AddShow(CLI::App* app, int* status) {
     auto options = std::make_shared<ShowOptions>();
     CLI::App* show = app->add_subcommand(
-        "show", "Draws a frame's distances, active blocks or luma, or tells one block's record");
+        "show", "Draws a frame's distances, active blocks or luma, or lists one block's record");
     BeginHelpWith(
         "  mdlab show out 17                 the distances of frame 17 as a map\n"
         "  mdlab show out 17 --block 12,5    the record of one block, and of the frames before\n",
@@ -186,7 +186,8 @@ void AddShow(CLI::App* app, int* status) {
     show->add_option("FRAME", options->frame,
                      "Counted from 0, as Frame_idx; file names say one more")
         ->required()
-        ->check(CLI::Range(0, kLastFrame));
+        ->check(CLI::Range(0, kLastFrame))
+        ->option_text("N REQUIRED");
     show->add_option("--values", options->values, "distance (default), active or luma")
         ->check(CLI::IsMember({"distance", "active", "luma"}))
         ->option_text("WHAT");

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "lab/probe/odd_size.h"
 #include "lab/settings/settings.h"
 #include "lab/sweep/md_process.h"
 #include "lab/tool/digest.h"
@@ -26,16 +27,16 @@ namespace {
 constexpr const char* kFacts = "/clip.json";
 
 int64_t FrameBytes(const FrameSize& size) {
-    return int64_t{size.width} * size.height * 3 / 2;
+    return FrameBytesOfMd(size.width, size.height);
 }
 
 // A file of whole frames. Throws Error.
-int64_t FramesIn(const std::string& path, const FrameSize& size) {
+int64_t FramesIn(const std::string& path, int64_t frame_bytes) {
     const auto bytes = static_cast<int64_t>(fs::file_size(path));
-    if (FrameBytes(size) <= 0 || bytes % FrameBytes(size) != 0) {
+    if (frame_bytes <= 0 || bytes % frame_bytes != 0) {
         throw Error(path + ": not a whole number of frames");
     }
-    return bytes / FrameBytes(size);
+    return bytes / frame_bytes;
 }
 
 // The only raw file in the folder whose name begins so; empty if there is none.
@@ -66,9 +67,11 @@ WorkingClip Inspect(const std::string& folder, const std::string& clip) {
     }
     result.working = SizeInName(result.path);
     result.input = pre.empty() ? result.working : SizeInName(pre);
-    result.frames = FramesIn(result.path, result.working);
+    result.frames = FramesIn(result.path, FrameBytes(result.working));
     result.bytes = static_cast<int64_t>(fs::file_size(result.path));
-    if (!pre.empty() && !scaled.empty() && FramesIn(pre, result.input) != result.frames) {
+    if (pre.empty() || scaled.empty()) return result;
+    RefuseOtherLayout(clip, pre, result.input.width, result.input.height, true);
+    if (FramesIn(pre, FrameBytesOfTool(result.input.width, result.input.height)) != result.frames) {
         throw Error(clip + ": the scaled file has another number of frames than the converted one");
     }
     return result;
@@ -189,6 +192,10 @@ void ConvertClip(const ClipJob& job) {
         };
         const int32_t height = outcome.log.height.value_or(number("MD_ScaledH"));
         FillSizes(outcome, {number("MD_ScaledW"), height}, job.clip, &result);
+        if (RawFile(made, "PreInput_").empty()) {
+            RefuseOtherLayout(job.clip, job.clip, result.input.width, result.input.height,
+                              !result.path.empty());
+        }
     }
     RefuseChanged(job.clip, job.clip_digest);
     RemoveBut(made, result.path);

@@ -46,9 +46,10 @@ void WriteExecutable(const std::string& path, const std::string& text) {
 
 // The folder of the profile; the one that comes with mdlab is written out first.
 std::string ProfileFolder(const std::string& profile, const std::string& folder) {
-    if (profile != "slurm" || fs::exists("slurm/config.yaml"))
+    if (profile != kOwnProfile || fs::exists(profile + "/config.yaml")) {
         return fs::absolute(profile).string();
-    std::string made = folder + "/slurm";
+    }
+    std::string made = folder + "/" + kOwnProfile;
     fs::create_directory(made);
     WritePlain(made + "/config.yaml", kSlurmConfig);
     WriteExecutable(made + "/status.sh", kSlurmStatus);

@@ -11,6 +11,9 @@
 
 namespace lab {
 
+// The profile that comes with mdlab.
+constexpr char kOwnProfile[] = "slurm";
+
 struct EngineJobs {
     std::string folder;              // of this run of the engine; holds jobs/ with a file a job
     std::vector<std::string> names;  // all jobs; none waits for another
@@ -19,7 +22,7 @@ struct EngineJobs {
 };
 
 struct EngineOptions {
-    std::string profile;  // empty: this machine; "slurm": the profile that comes with mdlab; a path
+    std::string profile;  // empty: this machine; kOwnProfile; a folder
     int cores = 1;        // of this machine
     std::string log;      // file for the engine's own words
     bool quiet = false;

@@ -84,6 +84,7 @@ class Sweep {
 
     SweepResults Go() {
         FindProgram();
+        RefuseMissingProfile();
         RefuseRotatedClips();
         ListRuns();
         if (options_.only_plan) {
@@ -101,6 +102,15 @@ class Sweep {
     }
 
   private:
+    void RefuseMissingProfile() const {
+        const std::string& profile = options_.profile;
+        if (profile.empty() || profile == kOwnProfile || fs::exists(profile + "/config.yaml")) {
+            return;
+        }
+        throw Error("--profile " + profile + ": no config.yaml there; it takes a folder, or " +
+                    kOwnProfile);
+    }
+
     void RefuseRotatedClips() const {
         for (const PlanClip& clip : sweep_.plan.clips) {
             if (TypeOf(clip) == "1") RefuseRotated(clip.file, ProbeClip(clip.file));

@@ -171,7 +171,8 @@ void AddSweep(CLI::App* app, int* status) {
     command->add_option("--cache", options->cache, "Folder for finished runs, cache in --into")
         ->type_name("FOLDER");
     command->add_option("--cores", options->cores, "Cores to use, all of this machine")
-        ->type_name("N");
+        ->check(CLI::Range(1, 1 << 20))
+        ->option_text("N");
     command
         ->add_option("--profile", options->profile,
                      "slurm, or the folder of a Snakemake profile of your own")

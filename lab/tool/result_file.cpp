@@ -21,7 +21,10 @@ namespace {
 std::string NameUntilWhole(const std::string& path) {
     struct stat status {};
     const bool there = stat(path.c_str(), &status) == 0;
-    if (there && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) return path;
+    if (there && S_ISDIR(status.st_mode)) {
+        throw Error(path + ": cannot be written: " + std::strerror(EISDIR));
+    }
+    if (there && !S_ISREG(status.st_mode)) return path;
     return path + ".part" + std::to_string(getpid());
 }
 

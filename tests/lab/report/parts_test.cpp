@@ -178,7 +178,9 @@ TEST(Probe, ReadsRotationAndRates) {
     const ClipFacts phone = Parse(
         R"("r_frame_rate":"30/1","avg_frame_rate":"30/1","side_data_list":[{"rotation":-90}])");
     EXPECT_EQ(phone.rotation, 270);
-    EXPECT_EQ(Parse(R"("tags":{"rotate":"180"})").rotation, 180);
+    const ClipFacts upside_down = Parse(R"("tags":{"rotate":"180"})");
+    EXPECT_EQ(upside_down.rotation, 180);
+    EXPECT_NO_THROW(RefuseRotated("a.mp4", upside_down));
     EXPECT_EQ(ParseProbe("no json").fps, 0);
     EXPECT_EQ(ParseProbe(R"({"streams":[]})").width, 0);
     EXPECT_NO_THROW(RefuseRotated("a.mp4", plain));

@@ -39,7 +39,8 @@ chmod +x tools/MD
 for scene in walker rain; do
     "$bin/make_clip" --scene $scene 96 64 40 "${scene}_96x64_P420.yuv" "$scene.csv"
 done
-ffmpeg -v error -f rawvideo -pix_fmt yuv420p -s 96x64 -r 25 -i walker_96x64_P420.yuv -c:v ffv1 video.avi
+ffmpeg -v error -f rawvideo -pix_fmt yuv420p -s 96x64 -r 25 -i walker_96x64_P420.yuv \
+    -vf pad=97:65 -c:v ffv1 video.avi  # of an odd size
 cat >plan.yaml <<PLAN
 settings: $cfg
 clips:
@@ -82,6 +83,12 @@ grep -q 'walker: .*MD_HogDist_Th=8' err.txt || fail "the point is named"
 [ "$(grep -c ',done,' crash1/results.csv)" = 6 ] || fail "the other points go on"
 rm crash
 [ "$(status_of sweep --into crash1)" = 0 ] && equal crash1
+
+# What cannot be is refused before anything is converted.
+[ "$(status_of sweep --into good/sweep.html/x)" = 2 ] || fail "a folder below a file"
+grep -q '^mdlab: .*: Not a directory$' err.txt || fail "the reason: $(cat err.txt)"
+[ "$(status_of sweep --into none --profile none)" = 2 ] || fail "a profile that is not there"
+grep -q 'no config.yaml' err.txt && [ ! -e none ] || fail "the profile is named: $(cat err.txt)"
 
 # expect is a verdict.
 printf 'expect: {recall: at least 0}\n' | cat plan.yaml - >met.yaml
