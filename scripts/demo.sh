@@ -21,6 +21,7 @@ log=demo/demo.log
 step() {
     local what=$1
     shift
+    echo "demo: $what" >&2
     if ! "$@" >"$log" 2>&1; then
         tail -n 20 "$log" >&2
         echo "demo: $what failed; the whole text is in $log" >&2
@@ -29,16 +30,11 @@ step() {
 }
 
 bin=build/release/bin
-step "set-up" scripts/setup.sh
+# On a new machine the set-up downloads for some minutes.
+if [ $report = yes ]; then setup=() target=product; else setup=(--md) target=MD; fi
+step "set-up" scripts/setup.sh "${setup[@]}"
 step "configuring the build" cmake --preset release
-targets=(MD make_clip)
-# Without node there is no report, without its libraries no mdlab at all.
-if [ $report = yes ] && [ -d lab ] && grep -q '^build mdlab:' build/release/build.ninja; then
-    targets+=(mdlab)
-else
-    report=no
-fi
-step "the build" cmake --build --preset release --target "${targets[@]}"
+step "the build" cmake --build --preset release --target $target make_clip
 rm -rf demo/out
 step "making the clip" $bin/make_clip 640 360 120 demo/walker.yuv
 step "encoding the clip" ffmpeg -y -v error -f rawvideo -pix_fmt yuv420p -s 640x360 -r 25 \
@@ -50,6 +46,7 @@ step "the run" $bin/MD -d cfg/default.cfg -p MD_DbgEn=0x37a
 boxes=$(grep -c '^MotionDetected=1' "$log")
 frames=$(grep -c '^\*\*\*\*\*frame' "$log")
 mv "$log" demo/run.log
+# Without node there is no report, without its libraries no mdlab at all.
 if [ $report = yes ] && $bin/mdlab report --help >/dev/null 2>&1; then
     step "the report" $bin/mdlab report --out demo/report.html -- -d cfg/default.cfg
 else
