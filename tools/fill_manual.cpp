@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // Fills what the settings table knows into a text: a manual page or a completion script. A line
-// "@SETTINGS@" becomes all settings with meaning, range and default as man(7) text, one with
-// "@KEYS@" keeps its surroundings and gets the names of all keys, and "@VERSION@" the version.
+// "@SETTINGS@" becomes all settings with meaning, range and default as man(7) text, "@DUMPS@" the
+// bits of the dumps with their files; a line with "@KEYS@" keeps its surroundings and gets the
+// names of all keys, and "@VERSION@" the version.
 //
 //     fill_manual TEMPLATE DEFAULT_CFG VERSION >PAGE
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include <iostream>
 #include <string>
 
+#include "md/output/dumps.h"
 #include "tools/settings_doc.h"
 
 namespace {
@@ -38,6 +40,19 @@ void PrintGroup(const SettingGroup& tGroup) {
     }
 }
 
+// A list entry for each bit: its files, with commas between them.
+void PrintDumps() {
+    const std::vector<DumpName> aNames = DumpNames();
+    for (size_t i = 0; i < aNames.size(); ++i) {
+        const DumpName& t = aNames[i];
+        const bool bFirst = i == 0 || aNames[i - 1].nBit != t.nBit;
+        const bool bLast = i + 1 == aNames.size() || aNames[i + 1].nBit != t.nBit;
+        if (bFirst) std::cout << ".TP\n.B " << t.nBit << "\n";
+        std::cout << ".IR HOG_feature/" << (t.bEachFrame ? "NNNN" : "") << t.szName
+                  << (bLast ? "" : " ,") << "\n";
+    }
+}
+
 void Replace(const std::string& sMark, const std::string& sBy, std::string* pLine) {
     const size_t n = pLine->find(sMark);
     if (n != std::string::npos) pLine->replace(n, sMark.size(), sBy);
@@ -53,6 +68,10 @@ void Fill(const char* szTemplate, const char* szDefaultCfg, const char* szVersio
     for (std::string sLine; std::getline(tTemplate, sLine);) {
         if (sLine == "@SETTINGS@") {
             for (const SettingGroup& tGroup : ReadSettingsDoc(szDefaultCfg)) PrintGroup(tGroup);
+            continue;
+        }
+        if (sLine == "@DUMPS@") {
+            PrintDumps();
             continue;
         }
         Replace("@KEYS@", sKeys, &sLine);

@@ -20,7 +20,7 @@ namespace lab {
 //     hash      of the luma of all frames
 nlohmann::json RunFacts(const std::vector<std::string>& arguments, const Recorder& recorder);
 
-// The 76 keys with group, meaning, range and default, in the order of the settings file.
+// All keys with group, meaning, range and default, in the order of the settings file.
 nlohmann::json KeyTexts();
 
 }  // namespace lab

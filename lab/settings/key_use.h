@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Which settings a run reads. The table of settings knows all 76 keys; many of them change nothing
+// Which settings a run reads. The table of settings knows all keys; many of them change nothing
 // on this chip, and others only with some value of another key.
 #pragma once
 

@@ -261,3 +261,9 @@ void DumpsReset() {
     for (OpenDump& t : aOpenDumps) TextForget(&t.tText);
     TextForget(&tFrameFile);
 }
+
+std::vector<DumpName> DumpNames() {
+    std::vector<DumpName> a;
+    for (const DumpFile& t : aDumpFiles) a.push_back({t.nBit, t.szName, t.nSpan == kEachFrame});
+    return a;
+}

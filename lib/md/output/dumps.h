@@ -6,6 +6,10 @@
 // each file is the one place where a dump is registered. docs/formats.md shows each format.
 #pragma once
 
+#include <vector>
+
+#include "md/sim_params.h"
+
 // Opens the files that gather all frames, where their bit is set; they are closed at the process's
 // end too, so that a run that ends early keeps the records of its whole frames. A file that cannot
 // be opened ends the run with status -1.
@@ -23,3 +27,11 @@ bool DumpsReadRecords();
 
 // Forgets a run that ended early; closes nothing.
 void DumpsReset();
+
+// A row of the table, for the manual.
+struct DumpName {
+    DebugBit nBit;
+    const char* szName;  // of an each-frame file: what follows the frame's number
+    bool bEachFrame;
+};
+std::vector<DumpName> DumpNames();
