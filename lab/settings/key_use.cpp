@@ -62,12 +62,14 @@ bool NoLowDelay(const SimParams& s) {
 bool NoGate(const SimParams& s) {
     return s.tMd.nMD_Bbox_PP_Enable == 0;
 }
-bool NotCentroid(const SimParams& s) {
-    return s.tMd.nMD_PostProcMethod != kWeightedCentroid;
+// Both name the methods that do not read the key: a method added later may read it.
+bool NoBlockCount(const SimParams& s) {
+    const int32_t method = s.tMd.nMD_PostProcMethod;
+    return method == kGridCluster || method == kProjectionBox || method == kBisection;
 }
 bool NoThreshold(const SimParams& s) {
     const int32_t method = s.tMd.nMD_PostProcMethod;
-    return NoCorrelation(s) && method != kWeightedCentroid && method != kBisection;
+    return NoCorrelation(s) && (method == kGridCluster || method == kProjectionBox);
 }
 bool NoLumaThreshold(const SimParams& s) {
     return NoCorrelation(s) && s.tMd.nMD_HogDistAvailCheck != kAvailCheckLuma;
@@ -79,8 +81,8 @@ constexpr const char* kNoGate = "the gate is off";
 
 constexpr std::array kRows = {
     Row{"MD_HogRefMode", [](const SimParams&) { return true; }, "it changes lines of the log only"},
-    Row{"InputWidth", IsVideo, "the video tells its size"},
-    Row{"InputHeight", IsVideo, "the video tells its size"},
+    Row{"InputWidth", IsVideo, "the video has its size"},
+    Row{"InputHeight", IsVideo, "the video has its size"},
     Row{"MD_ScaledH", KeepsAspect, "height follows from the width"},
     Row{"MD_ShiftHistMag2", NotNormalised, "vectors are not normalised"},
     Row{"MD_HogDist_WeightMethod", NotNormalised, "vectors are not normalised"},
@@ -100,7 +102,7 @@ constexpr std::array kRows = {
     Row{"MD_HogDist_Th_LowDelay_shift", NoLowDelay, kNoLowDelay},
     Row{"MD_HogDist_Th_LowDelay_nn_count", NoLowDelay, kNoLowDelay},
     Row{"MD_HogDist_Th_LowDelay_prev_nn_count", NoLowDelay, kNoLowDelay},
-    Row{"MD_BlkCnt_Th", NotCentroid, "method 0 alone reads it"},
+    Row{"MD_BlkCnt_Th", NoBlockCount, "only method 0 reads it"},
     Row{"MD_Bbox_PP_Window", NoGate, kNoGate},
     Row{"MD_PP_Area_Converge_Thresh", NoGate, kNoGate},
     Row{"MD_PP_Aspect_Converge_Thresh", NoGate, kNoGate},
