@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 the MD simulator authors
 # SPDX-License-Identifier: BSD-2-Clause
 
-# What `cmake --install` and the packages hold. The programs lie in a folder of their own, beside
+# What `cmake --install` and the packages hold. The programs are in a folder of their own, beside
 # links to ffmpeg and ffprobe, which they look for there; bin/ has a launcher for each.
 set(MD_PRIVATE_DIR ${CMAKE_INSTALL_LIBEXECDIR}/md)
 file(RELATIVE_PATH MD_FROM_BIN ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/md)

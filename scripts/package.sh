@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: BSD-2-Clause
 
 # Makes the packages, checks them, and tries them in a clean Debian root: installs both, works with
-# them as an ordinary user, removes them, and looks for anything left behind. Needs root.
+# them as an ordinary user, removes them, and looks for anything that is left. Needs root.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh dpkg-dev lintian mmdebstrap man-db

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: BSD-2-Clause
 
 # Pictures of the report page in its states, to look at: scripts/shots.sh CLIP [OUT]
-# They lie in build/shots unless OUT says otherwise. Needs a release build with the report.
+# They are in build/shots unless OUT says otherwise. Needs a release build with the report.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 clip=$(realpath "${1:?usage: scripts/shots.sh CLIP [OUT]}")

@@ -27,7 +27,7 @@ fail() {
     exit 1
 }
 
-# Keys and sockets of their own: a Slurm that this machine may have is left alone.
+# Keys and sockets of their own: a Slurm that this machine may have is not touched.
 mkdir -m 700 munge
 mkdir state spool
 dd if=/dev/urandom of=munge/key bs=1k count=1 status=none

@@ -58,8 +58,8 @@ Shot SlowShot(const SceneClip& tClip, int32_t n) {
     return {.aWalkers = {WalkerAt(tClip, tClip.nWidth * 2 / 5 + nWay, n / 4)}};
 }
 
-// Walks to the middle, stands there for a third of the clip, walks on. The frames right after the
-// stop are not judged: the reference still lies in the walk.
+// Walks to the middle, stops there for a third of the clip, walks on. The frames right after the
+// stop are not judged: their reference is a frame of the walk.
 Shot StopsShot(const SceneClip& tClip, int32_t n) {
     const int32_t nThird = tClip.nFrames / 3;
     const int32_t nWalked = n < nThird ? n : std::max(n - nThird, nThird);
@@ -153,7 +153,7 @@ bool TreeAt(int32_t x, int32_t y, const SceneClip& tClip, int32_t nSway, Colour*
         *pColour = {52, 120, 134};
         return true;
     }
-    // The top moves most, the lower edge stands still.
+    // The top moves most, the lower edge does not move.
     const int32_t nMoved = x - nSway * std::clamp(nCentreY + nRadius - y, 0, 2 * nRadius) / nRadius;
     const int32_t dx = nMoved - nCentreX;
     const int32_t dy = y - nCentreY;

@@ -21,7 +21,7 @@ struct SceneClip {
 
 struct Walker {
     Pose tPose;
-    bool bMoves;  // false while it stands still
+    bool bMoves;  // false while it does not move
 };
 
 // What differs from frame to frame. A default one is the empty street by day.

@@ -14,7 +14,7 @@ struct SquaresClip {
     int nStepY = 17;            // square k is 48 pixels right of square k - 1, and this far down
     int nSpeed = 0;             // pixels a frame to the right, half of it down, wrapping round
     int nBoil = 0;              // non-zero: new texture every nBoil frames
-    int nStop = 1000;           // squares stand still from this frame on
+    int nStop = 1000;           // squares stop at this frame
     int nFrom = 0, nTo = 1000;  // the squares show in frames nFrom to nTo - 1
     int nContrast = 255;        // of the squares' texture
     int nNoise = 0;             // largest step up of a pixel

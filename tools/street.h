@@ -8,10 +8,10 @@
 #include <cstdint>
 
 struct Colour {
-    int32_t nY, nU, nV;  // of 8-bit 4:2:0; luma may lie outside 0 to 255 until it is sensed
+    int32_t nY, nU, nV;  // of 8-bit 4:2:0; luma may be outside 0 to 255 until it is sensed
 };
 
-// Where a figure stands in a frame, in pixels.
+// Where a figure is in a frame, in pixels.
 struct Pose {
     int32_t nCentre;  // x of its middle
     int32_t nTop;     // y of its crown

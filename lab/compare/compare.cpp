@@ -125,7 +125,7 @@ void AddCompare(CLI::App* app, int* status) {
         ->type_name("LIST");
     command
         ->add_option("--stride", options.stride,
-                     "Pixels from block to block, where no video of the run tells")
+                     "Pixels from block to block, where no video of the run shows it")
         ->check(CLI::Range(8, 64))
         ->option_text("N");
     command->add_option("--size", typed->size, "Size of raw videos with none in their name")

@@ -232,7 +232,7 @@ void Walk::Record(const std::vector<Difference>& differences) {
     std::set<std::pair<int, int>> blocks;
     bool leads = false;
     for (const Difference& difference : differences) {
-        // Of a block, what differs first stands for all.
+        // The first difference of a block is shown for all of its differences.
         const bool wanted = static_cast<int>(result_.first.size()) <= options_.limit;
         if (wanted && blocks.insert({difference.x, difference.y}).second) {
             result_.first.push_back(difference);
@@ -290,7 +290,7 @@ void Walk::RecordThere(const std::vector<Difference>& differences) {
     }
 }
 
-// One frame of the golden run tells the grid, the videos' names the stride.
+// The grid is that of a frame of the golden run, the stride comes from the videos' names.
 void Walk::DescribeGrid() {
     FileKind kind{};
     try {

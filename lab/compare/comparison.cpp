@@ -14,7 +14,7 @@ int Comparison::Status() const {
     return Differs() ? kDiffer : kSame;
 }
 
-// 0 and 1 are the report's own numbers, four more each box's.
+// Elements 0 and 1 belong to the report as a whole; then each box has four.
 std::string BoxValueName(int element) {
     constexpr std::array<const char*, 4> kEdges = {"left", "top", "right", "bottom"};
     if (element == 0) return "bMotionDetected";

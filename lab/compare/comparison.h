@@ -32,7 +32,7 @@ struct CompareOptions {
     bool quiet = false;                   // no progress
 };
 
-// Where a value can stand: bit k is file kind k; two more for the repeats in _Full.json.
+// Where a value can be: bit k is file kind k; two more for the repeats in _Full.json.
 using Sources = uint16_t;
 constexpr Sources kFromCellData = 1 << 12;
 constexpr Sources kFromReference = 1 << 13;

@@ -23,7 +23,7 @@ std::string Frames(int64_t first, int64_t last) {
     return "frames " + std::to_string(first) + ".." + std::to_string(last);
 }
 
-// "NNNN_HOGCur.txt" stands for all of a kind.
+// "NNNN_HOGCur.txt" names all files of a kind.
 std::string KindsText(Sources kinds) {
     std::string text;
     for (int k = 0; k <= kCountFile; ++k) {
@@ -52,7 +52,7 @@ bool Wanted(const CompareOptions& options, FileKind kind) {
 }
 
 // A run replaces files of the same number and leaves those of a longer earlier one. The running
-// files tell where the last run ended.
+// files show where the last run ended.
 void DropLeftOver(Run* run, Comparison* result) {
     int64_t last = -1;
     std::string by;
@@ -112,7 +112,7 @@ FileLists ListFiles(const CompareOptions& options, Run* golden, Run* other, Comp
     const Sources in_golden = KindsOf(*golden), in_other = KindsOf(*other);
     FileLists lists;
     lists.kinds = in_golden & in_other;
-    // Raw videos are no kind of the lists; a single one stands by itself.
+    // Raw videos are no kind of the lists; a single one is compared by itself.
     const bool videos =
         (!golden->videos.empty() && !other->videos.empty()) ||
         (!golden->single.empty() && golden->single_kind == kVideoFile && !other->single.empty());

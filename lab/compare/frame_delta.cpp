@@ -117,7 +117,7 @@ void FrameDelta::AddReport(const ObjectReport& golden, const ObjectReport& other
         difference.shown = 1 << kObjectFile;
         box_.push_back(difference);
     }
-    // A box that one side lacks without another count: a report at odds with itself.
+    // A box that one side lacks though both counts agree: its report contradicts itself.
     if (a.size() != b.size() && golden.count == other.count) {
         Difference difference;
         difference.frame = frame_;

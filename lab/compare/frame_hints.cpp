@@ -77,7 +77,7 @@ std::optional<int> MomentsSwapped(const View& view, int x, int y, int element) {
     return view.golden->At(view.field, x, y, swapped);
 }
 
-// Both are where the other should be; with the reference alone right it is another fault.
+// Both are where the other should be; if only the reference is right, it is another fault.
 std::optional<int> ReferenceSwapped(const View& view, int x, int y, int element) {
     const Field from = view.field == kLuma     ? kReferenceLuma
                        : view.field == kVector ? kReferenceVector
@@ -145,7 +145,7 @@ bool Holds(const Guess& guess, const std::vector<View>& views) {
         Try(guess, view, &score);
         if (score.missed) return false;
     }
-    // Flags take two values, and a wrong one is the other: only whole frames tell.
+    // Flags have two values, and a wrong one is always the other: only whole frames prove anything.
     const bool telling =
         score.different.size() >= kLeastDifferent || (score.whole && views.size() >= 2);
     // At a frame's edge a guess may have nothing to say.

@@ -11,9 +11,9 @@ namespace lab {
 
 namespace {
 
-// Values that must agree before anything is said of them. A wrong value by chance has a given bit
-// alone with 1 in 32, a given step with 1 in 500; even noise of one step up or down gives eight
-// alike only once in 128.
+// Values that must agree before anything is said of them. By chance a wrong value differs in only a
+// given bit with 1 in 32, by a given step with 1 in 500; even noise of one step up or down gives
+// eight alike only once in 128.
 constexpr int64_t kLeastValues = 8;
 // Blocks that must share a column, row or place, as long as the grid's chance is small enough.
 constexpr int64_t kLeastBlocks = 4;

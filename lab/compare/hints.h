@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // What a set of wrong values looks like. A hint is a guess that fits every value looked at, and it
-// needs so many of them that chance does not make it: see the numbers in hints.cpp.
+// needs enough of them to rule out chance: see the numbers in hints.cpp.
 #pragma once
 
 #include <cstdint>

@@ -10,7 +10,7 @@ namespace lab {
 RunningPair::RunningPair(const std::string& golden, const std::string& other, FileKind kind)
     : a_(golden, kind), b_(other, kind) {}
 
-// Both files stand at a heading. Goes on to the heading before the next byte that differs; false if
+// Both files are at a heading. Goes on to the heading before the next byte that differs; false if
 // there is none.
 bool RunningPair::SkipEqual() {
     const int64_t a = a_.file.Offset(), b = b_.file.Offset();

@@ -21,7 +21,7 @@ std::string Format(const char* format, ...) {
     return text;
 }
 
-// Labels stand in a column of nine.
+// Labels are in a column nine wide.
 std::string Line(const std::string& label, const std::string& text) {
     std::string line = label;
     line.resize(std::max<std::size_t>(line.size() + 1, 9), ' ');

@@ -11,7 +11,7 @@
 
 namespace lab {
 
-// The layout follows the marks in the name: _P400 is luma alone, _P422 has chroma of full height,
+// The layout follows the marks in the name: _P400 is luma only, _P422 has chroma of full height,
 // everything else is 4:2:0. Nothing comes back when the files are equal. Throws Error when they
 // cannot be read, or differ and without `size` the names give no size or two.
 std::optional<VideoDifference> CompareVideos(const std::string& golden, const std::string& other,

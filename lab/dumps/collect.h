@@ -14,7 +14,7 @@ namespace lab {
 
 constexpr uint32_t kPlaceLimit = 4095;  // of a block's column and row; MD's end at 238 and 133
 
-// The values of `frame` stand in the order of `places` (row * 65536 + column of each block). Puts
+// The values of `frame` are in the order of `places` (row * 65536 + column of each block). Puts
 // them row by row and sets the grid, which is the largest column and row. Fails at the scanner's
 // place if a block is missing or there twice.
 void ArrangeBlocks(Scanner& scanner, const std::vector<uint32_t>& places, Frame* frame);

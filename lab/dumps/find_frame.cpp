@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Headings of running files, searched as text: far faster than parsing what lies between.
+// Headings of running files, searched as text: far faster than parsing what is between them.
 #include <algorithm>
 #include <cstdlib>
 #include <string>
@@ -23,7 +23,7 @@ struct Heading {
     int64_t frame, offset;
 };
 
-// The heading whose mark stands at `at` of `text`, which begins at `start` of the file. Its offset
+// The heading whose mark is at `at` of `text`, which begins at `start` of the file. Its offset
 // is that of the stars before it.
 Heading HeadingAt(const std::string& text, std::size_t at, int64_t start) {
     const int64_t frame = std::strtoll(text.c_str() + at + kMark.size(), nullptr, 10);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// One frame as the dumps tell it: the record that every reader fills and every subcommand reads.
+// One frame as the dumps show it: the record that every reader fills and every subcommand reads.
 //
 // No single file holds all of it, so each field is there or empty. Values are as printed, also
 // those that MD never prints: a simulator may leave a distance of 300, and a reader must show it.
@@ -34,7 +34,7 @@ enum Stage : int {
 
 const char* StageName(Stage stage);  // "luma", "vector", "length", ...
 
-// What is known of a block. The repeats stand in _Full.json a second time.
+// What is known of a block. The repeats are the second copies in _Full.json.
 enum Field : int {
     kLuma,               // mean luma, 0 to 255
     kVector,             // ten elements: see ValueName

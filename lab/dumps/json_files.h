@@ -3,7 +3,7 @@
 
 // The JSON dumps. A reader of our own and not a library, because it must name the line and column
 // of a wrong value, knows what is due there, and holds no tree of a whole file. White space is
-// free; keys stand in the order in which MD writes them.
+// free; keys come in the order in which MD writes them.
 #pragma once
 
 #include "lab/dumps/frame.h"

@@ -51,7 +51,7 @@ std::optional<FileKind> KindOfName(const std::string& name) {
     return std::nullopt;
 }
 
-// The text before the first block tells the kind; where two kinds begin alike, what comes later.
+// The kind shows in the text before the first block; where two kinds begin alike, in what follows.
 std::optional<FileKind> KindOfText(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     std::string head(512, '\0');

@@ -64,7 +64,7 @@ struct Run {
 // Error when there is nothing of MD's in it, or the kind of the file is not known.
 Run OpenRun(const std::string& path);
 
-// All that the run's files tell of a frame, or nothing where none has it. Files of the same frame
+// All that the run's files hold of a frame, or nothing where none has it. Files of the same frame
 // fill each other's gaps; where two give the same field, the first in the order of FileKind holds.
 // Throws Error when a file is broken or two grids differ.
 std::optional<Frame> LoadFrame(const Run& run, int64_t frame);

@@ -50,7 +50,7 @@ class Digits {
 };
 
 template <std::size_t N>
-bool Stands(const char* text, int at, const char (&literal)[N]) {
+bool TextIs(const char* text, int at, const char (&literal)[N]) {
     return std::memcmp(text + at, literal, N - 1) == 0;
 }
 
@@ -137,8 +137,8 @@ bool RunningFile::FastGoldenBlock(Frame* frame) {
     constexpr int kBytes = 78, kVectorAt = 34;
     static_assert(kBytes <= Scanner::kAhead);
     const char* text = scanner_.Here();
-    if (!Stands(text, 0, "x:") || !Stands(text, 5, ",y:") || !Stands(text, 11, "\nnAvgY=") ||
-        !Stands(text, 20, "\nMATRIX_MODE2:") || !Stands(text, 64, "\nhistNorm2=") ||
+    if (!TextIs(text, 0, "x:") || !TextIs(text, 5, ",y:") || !TextIs(text, 11, "\nnAvgY=") ||
+        !TextIs(text, 20, "\nMATRIX_MODE2:") || !TextIs(text, 64, "\nhistNorm2=") ||
         text[77] != '\n') {
         return false;
     }
@@ -168,8 +168,8 @@ bool RunningFile::FastDistBlock(Frame* frame) {
     constexpr int kBytes = 42;
     static_assert(kBytes <= Scanner::kAhead);
     const char* text = scanner_.Here();
-    if (!Stands(text, 0, "x:") || !Stands(text, 5, ",y:") || !Stands(text, 11, "\nhogDistAvail:") ||
-        !Stands(text, 29, ",hogDis:") || text[41] != '\n') {
+    if (!TextIs(text, 0, "x:") || !TextIs(text, 5, ",y:") || !TextIs(text, 11, "\nhogDistAvail:") ||
+        !TextIs(text, 29, ",hogDis:") || text[41] != '\n') {
         return false;
     }
     Digits digits(text);
@@ -200,8 +200,8 @@ uint16_t Hex(Scanner& scanner) {
 
 }  // namespace
 
-// The settings decide which of a block's lines are there: all, or with the vector off the first
-// alone. What the first block of a frame has, the others must have.
+// The settings decide which of a block's lines are there: all, or with the vector off only the
+// first. What the first block of a frame has, the others must have.
 void RunningFile::PlainGoldenBlock(Frame* frame) {
     const bool first = places_.empty();
     places_.push_back(ReadPlace(scanner_));

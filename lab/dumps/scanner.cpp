@@ -27,7 +27,7 @@ constexpr std::array<uint8_t, 256> kDigits = [] {
     return digits;
 }();
 
-// What stands there, up to the line's end, in a form that any terminal shows.
+// What is there, up to the line's end, in a form that any terminal shows.
 std::string Shown(const char* text, int64_t length) {
     constexpr int64_t kMost = 24;
     std::string shown;
@@ -127,7 +127,7 @@ void Scanner::Fail(const std::string& expected) {
     FailAt(Offset(), "found " + found + ", expected " + expected, at_end);
 }
 
-// Lines are counted here alone, so that reading need not.
+// Lines are counted only here, so that reading need not count them.
 void Scanner::FailAt(int64_t offset, const std::string& message, bool at_end) {
     int64_t line = 1, column = 1;
     for (int64_t at = 0; at < offset;) {

@@ -37,14 +37,14 @@ class Scanner {
         if (end_ - place_ < kAhead) Fill();
         return buffer_.get() + place_;
     }
-    // Passes over so many bytes of what Here showed; not past the end.
+    // Passes over `bytes` bytes of what Here showed; not past the end.
     void Skip(int bytes) { place_ += bytes; }
     bool AtEnd() { return *Here() == '\0' && place_ == end_; }
 
     [[nodiscard]] int64_t Offset() const { return start_ + place_; }
     void Seek(int64_t offset);
 
-    // Passes over the text if it stands here.
+    // Passes over the text if it comes next.
     bool Try(std::string_view text);
     // The same, or an error.
     void Expect(std::string_view text);

@@ -55,7 +55,7 @@ Video FindVideo(const Run& run, const ExportOptions& options) {
     }
     if (!fs::exists(path)) throw Error(path.string() + ": cannot be read: No such file");
     const std::optional<VideoSize> size = SizeInName(path.filename().string());
-    if (!size) throw Error(path.string() + ": the name tells no size, as in NAME_320x180_P420.yuv");
+    if (!size) throw Error(path.string() + ": the name has no size, as in NAME_320x180_P420.yuv");
     return {path, *size};
 }
 

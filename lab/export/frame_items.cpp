@@ -32,7 +32,7 @@ void AddBlocks(const Frame& frame, const std::vector<uint16_t>& values, int type
     }
 }
 
-// Four lines: a rectangle would lie under the blocks and hide the video.
+// Four lines: a rectangle would be under the blocks and hide the video.
 void AddBox(int64_t frame, const Box& box, const Place& place, std::vector<StatisticsItem>* items) {
     const int left = std::clamp(box.left, 0, place.width - 1);
     const int top = std::clamp(box.top, 0, place.height - 1);

@@ -13,7 +13,7 @@ namespace lab {
 
 // Calls `use` in ascending order for each frame within `range` that has distances, or, in a run
 // without any, a box. The running distance file decides which frames there are, where the run has
-// one: files of an earlier, longer run may lie beside it. Throws Error for a broken file.
+// one: files of an earlier, longer run may be beside it. Throws Error for a broken file.
 void EachFrame(const Run& run, FrameRange range, const std::function<void(const Frame&)>& use);
 
 }  // namespace lab

@@ -12,7 +12,7 @@
 
 namespace lab {
 
-// Both files are named twice, absolutely and as seen from `folder`, where the playlist will lie: so
+// Both files are named twice, absolutely and as seen from `folder`, where the playlist will be: so
 // a folder with all three can move.
 std::string PlaylistText(const std::filesystem::path& folder, const std::filesystem::path& video,
                          VideoSize size, const std::filesystem::path& statistics,

@@ -36,8 +36,8 @@ struct StatisticsItem {
     bool operator==(const StatisticsItem&) const = default;
 };
 
-// Lines with their ends. At least one item must follow a header, and the items of a frame stand
-// side by side.
+// Lines with their ends. At least one item must follow a header, and the items of a frame come
+// one after another.
 std::string HeaderText(const StatisticsHeader& header);
 std::string ItemText(const StatisticsItem& item);
 

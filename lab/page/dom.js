@@ -4,7 +4,7 @@
 // Building and finding elements. Text always goes in as text, so nothing of a run is parsed as html.
 
 // h("div.cell", { title: "...", onclick: f, data: { frame: 3 } }, "text", node, [more], null)
-// Classes stand after dots in the tag. Properties are set as attributes, except functions (listeners),
+// Classes follow dots in the tag. Properties are set as attributes, except functions (listeners),
 // `data` (dataset), `value`, `checked`, `disabled` and `hidden` (members). Returns the element.
 export function h(tag, props, ...children) {
     const [name, ...classes] = tag.split(".");

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// How data stands in the page: raw deflate, base64, and the two kinds of variable-length numbers.
+// How data is stored in the page: raw deflate, base64, and the two kinds of variable-length
+// numbers.
 #pragma once
 
 #include <cstdint>

@@ -21,9 +21,9 @@ ClipFacts ProbeClip(const std::string& path);
 // The facts in ffprobe's json.
 ClipFacts ParseProbe(const std::string& json);
 
-// Throws Error if the clip is to be shown rotated, other than upside down: the conversion would turn
-// it, but its size is read unturned, which scrambles every frame. The message says how to bake the
-// rotation in.
+// Throws Error if the clip is to be shown rotated, other than upside down: the conversion would
+// turn it, but its size is read unturned, which scrambles every frame. The message says how to bake
+// the rotation in.
 void RefuseRotated(const std::string& path, const ClipFacts& facts);
 
 }  // namespace lab

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// The parts of the page that stand before any script runs: the sentence of the verdict and the
+// The parts of the page that are there before any script runs: the sentence of the verdict and the
 // cells of the header (FORMAT.md, section 2).
 #pragma once
 
@@ -36,7 +36,7 @@ std::string Verdict(const HeaderInput& in);
 // Html.
 std::string HeaderCells(const HeaderInput& in);
 
-// "85 %". Rounded, but never to 0 or 100 unless it is.
+// "85 %". Rounded, but to 0 or 100 only if it is exactly that.
 std::string Share(int64_t part, int64_t whole);
 
 // "0:01.6", with hours from one hour on.

@@ -39,7 +39,7 @@ void WritePage(const PageTemplate& page, const PageTexts& texts,
                const std::vector<DataBlock>& blocks, const InterruptGuard& interrupt,
                ResultFile* file);
 
-// The json as it stands in the page.
+// The json as the page holds it.
 std::string JsonForPage(const nlohmann::json& json);
 
 }  // namespace lab

@@ -15,7 +15,7 @@
 namespace lab {
 
 struct RecordedRun {
-    std::string folder;    // recorder.h tells what is in it
+    std::string folder;    // recorder.h lists what is in it
     nlohmann::json facts;  // RunFacts
     std::vector<FrameRow> rows;
     Summary summary;

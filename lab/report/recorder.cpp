@@ -38,7 +38,7 @@ void SetBox(const MdObject& object, bool valid, int32_t (&box)[4]) {
     box[3] = object.bottom;
 }
 
-// The outcome that most blocks have whose distance and state are 0.
+// The most frequent outcome among blocks with distance 0 and state 0.
 uint8_t OrdinaryOutcome(const ReplayedFrame& frame) {
     int counts[kOutcomeCount] = {};
     for (size_t i = 0; i < frame.distance.size(); ++i) {

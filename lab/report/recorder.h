@@ -3,10 +3,10 @@
 
 // Records a run frame by frame into a folder, while it runs. What it leaves:
 //
-//     frames    the FrameRow of each frame, as it lies in memory
+//     frames    the FrameRow of each frame, as it is in memory
 //     blocks    spool: a record a frame, as in the page before compression (FORMAT.md, section 6)
 //     luma      spool: mean luma of each block of a frame
-//     vectors   spool: bitmap, then the planes of one frame (section 8, of one frame alone)
+//     vectors   spool: bitmap, then the planes of one frame (section 8, of one frame only)
 //     cases     spool: cases of the refinement; method 2 only
 #pragma once
 

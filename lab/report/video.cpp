@@ -27,7 +27,7 @@ int Even(int64_t n) {
     return static_cast<int>((n + 1) & ~int64_t{1});
 }
 
-// An odd frame has chroma planes of no size that the coder knows, so it comes as luma alone.
+// An odd frame has chroma planes of no size that the coder knows, so only its luma is taken.
 bool LumaOnly(const VideoSource& source) {
     return source.width % 2 != 0 || source.height % 2 != 0;
 }

@@ -67,7 +67,7 @@ LabelRow ReadRow(std::string_view line, const std::string& where) {
     LabelRow row;
     row.first = Number(columns[0], where);
     row.last = Number(columns[1], where);
-    if (row.last < row.first) Refuse(where, "the last frame lies before the first");
+    if (row.last < row.first) Refuse(where, "the last frame is before the first");
     row.box = ReadBox(columns, where);
     row.ignore = columns[6] == "ignore";
     if (!row.ignore && columns[6] != "motion") {

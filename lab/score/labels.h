@@ -31,7 +31,7 @@ struct LabelRow {
 
 using Labels = std::vector<LabelRow>;
 
-// `name` stands in messages. Throws Error with name and line for a row that cannot be read.
+// `name` is used in messages. Throws Error with name and line for a row that cannot be read.
 Labels ParseLabels(std::string_view text, const std::string& name);
 
 // Throws Error if the file cannot be read.

@@ -10,7 +10,7 @@ namespace lab {
 
 namespace {
 
-// The first numbers of a text, whatever stands between them; false if there are fewer.
+// The first numbers of a text, whatever is between them; false if there are fewer.
 template <size_t N>
 bool Numbers(std::string_view text, std::array<int32_t, N>* numbers) {
     for (int32_t& number : *numbers) {

@@ -100,7 +100,7 @@ void AddScore(CLI::App* app, int* status) {
                      "Labels: csv of first,last,left,top,right,bottom,what")
         ->type_name("CSV");
     command
-        ->add_option("--input", options->input, "Size of the clip, where the log does not tell it")
+        ->add_option("--input", options->input, "Size of the clip, where the log does not show it")
         ->type_name("WxH");
     command->add_option("--working", options->working, "Working size, likewise")->type_name("WxH");
     command->add_flag("--json", options->json, "Print a JSON object");

@@ -12,7 +12,7 @@
 
 namespace lab {
 
-// In block edges: 0 is left of column 0 or above row 0, n behind column or row n - 1.
+// In block edges: 0 is left of column 0 or above row 0, n after column or row n - 1.
 struct BlockEdges {
     int left, top, right, bottom;  // left < right, top < bottom
 };

@@ -12,7 +12,7 @@ namespace lab {
 
 namespace {
 
-// Of all fields; the others repeat what stands here.
+// Of all fields; the others repeat what is here.
 constexpr std::array<Field, 7> kRows = {
     kLuma, kVector, kLength, kReferenceLuma, kReferenceVector, kDistance, kActive};
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// What the dumps tell of one block in several frames, as a table: a row for each value, a column
+// What the dumps hold of one block in several frames, as a table: a row for each value, a column
 // for each frame.
 #pragma once
 

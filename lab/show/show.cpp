@@ -25,7 +25,7 @@ namespace lab {
 namespace {
 
 constexpr int kLastFrame = 999999999;
-constexpr int kUsualStride = 8;  // where neither the videos nor the user tell
+constexpr int kUsualStride = 8;  // where neither the videos nor the user say
 constexpr int kLeastWidth = 20;
 constexpr int kLinesAround = 5;  // heading, column numbers, scale, prompt
 
@@ -60,7 +60,7 @@ Frame LoadOrThrow(const Run& run, int64_t number) {
     throw Error(message);
 }
 
-// What the user says, or the size in a video's name tells; 0: not known.
+// What the user says, or the size in a video's name shows; 0: not known.
 int KnownStride(const Run& run, const ShowOptions& options, const Frame& frame) {
     if (options.stride != 0) return options.stride;
     const std::optional<VideoSize> size = WorkingSize(run);
@@ -72,12 +72,12 @@ BlockEdges EdgesAround(const Box& box, int stride, const Frame& frame) {
     const auto before = [&](int pixel, int blocks) {
         return std::clamp(pixel / stride, 0, blocks - 1);
     };
-    const auto behind = [&](int pixel, int blocks, int first) {
+    const auto after = [&](int pixel, int blocks, int first) {
         return std::clamp((pixel + stride - 1) / stride, first + 1, blocks);
     };
     BlockEdges edges{before(box.left, frame.columns), before(box.top, frame.rows), 0, 0};
-    edges.right = behind(box.right, frame.columns, edges.left);
-    edges.bottom = behind(box.bottom, frame.rows, edges.top);
+    edges.right = after(box.right, frame.columns, edges.left);
+    edges.bottom = after(box.bottom, frame.rows, edges.top);
     return edges;
 }
 
@@ -202,7 +202,7 @@ void AddShow(CLI::App* app, int* status) {
         ->check(CLI::Range(kLeastWidth, 10000))
         ->option_text("N");
     show->add_option("--stride", options->stride,
-                     "MD_HogBlockStride, where no video in RUN tells it by its size (8)")
+                     "MD_HogBlockStride, where no video in RUN shows it by its size (8)")
         ->check(CLI::Range(8, 64))
         ->option_text("N");
     show->callback([options, status] {

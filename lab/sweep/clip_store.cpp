@@ -39,7 +39,7 @@ int64_t FramesIn(const std::string& path, int64_t frame_bytes) {
     return bytes / frame_bytes;
 }
 
-// The only raw file in the folder whose name begins so; empty if there is none.
+// The only raw file in the folder whose name begins with `start`; empty if there is none.
 std::string RawFile(const std::string& folder, const std::string& start) {
     for (const auto& entry : fs::directory_iterator(folder)) {
         const std::string name = entry.path().filename().string();
@@ -77,7 +77,7 @@ WorkingClip Inspect(const std::string& folder, const std::string& clip) {
     return result;
 }
 
-// Sizes that the files do not tell: those of a raw clip, from the settings that MD ran with.
+// Sizes that the files do not show: those of a raw clip, from the settings that MD ran with.
 void FillSizes(const MdOutcome& outcome, const FrameSize& asked, const std::string& clip,
                WorkingClip* result) {
     if (result->working.width == 0) {

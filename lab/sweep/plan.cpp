@@ -65,7 +65,7 @@ class Reader {
         }
     }
 
-    // Every word of a map must be known and stand there once.
+    // Every word of a map must be known and be there once.
     void CheckWords(const YAML::Node& map, const std::set<std::string>& known) const {
         std::set<std::string> seen;
         for (const auto& item : map) {
@@ -76,7 +76,7 @@ class Reader {
                 Refuse(item.first,
                        std::string(word).append(" is not known here; known: ").append(all));
             }
-            if (!seen.insert(word).second) Refuse(item.first, word + " stands here twice");
+            if (!seen.insert(word).second) Refuse(item.first, word + " is here twice");
         }
     }
 

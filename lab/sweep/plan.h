@@ -21,7 +21,7 @@ struct PlanClip {
     std::string file;              // absolute path
     std::string label_file;        // absolute path; empty: a clip without labels
     std::optional<Labels> labels;  // what that file holds
-    // What the settings say of raw clips, where the plan says it of this clip alone.
+    // What the settings say of raw clips, where the plan says it of only this clip.
     std::optional<std::string> type, width, height;
 };
 
@@ -51,7 +51,7 @@ struct Plan {
 // Throws Error with file, line and column.
 Plan ReadPlan(const std::string& path);
 
-// The values that a text of the plan stands for: "4..12 step 2" is 4, 6, 8, 10, 12; "0..3" counts
+// The values that a text of the plan means: "4..12 step 2" is 4, 6, 8, 10, 12; "0..3" counts
 // in ones; any other text is one value. Throws Error.
 std::vector<std::string> ValuesOf(const InputMapEntry& row, const std::string& text);
 

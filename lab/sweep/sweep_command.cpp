@@ -69,7 +69,7 @@ void PrintBest(const SweepResults& sweep, const std::vector<size_t>& order) {
     }
 }
 
-// Points that came to nothing: every different message, with the first runs that met it.
+// Points without a result: every different message, with the first runs that ended with it.
 void PrintOthers(const SweepResults& sweep, RunStatus status) {
     std::map<std::string, std::vector<std::string>> met;
     for (size_t p = 0; p < sweep.results.size(); ++p) {

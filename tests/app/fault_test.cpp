@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Faults made for real around whole runs: what stands in the way on disk, streams that take no
-// more, inputs that end early, tools that die, memory that runs out.
+// Faults made for real around whole runs: memory that runs out, frames too large for it, inputs
+// that end early.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -54,7 +54,7 @@ TEST(Fault, EveryStepOfMemoryEndsInAMessageOrARun) {
 
 // Three frames may fill 2^31 - 1 bytes. One step below that the run goes on, to find no memory for
 // a frame in the space that it is given.
-TEST(Fault, LargestFrameEndsAtTheLimitOfThree) {
+TEST(Fault, AFrameOfWhichThreeAreTooLargeIsRefused) {
 #if defined __SANITIZE_ADDRESS__ || defined MD_COVERAGE
     GTEST_SKIP() << "the sanitizer reserves terabytes, the profile fails by itself";
 #endif

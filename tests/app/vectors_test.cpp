@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// The frozen vectors: whole runs whose every output byte is known by its SHA-256. A file of
+// The frozen vectors: whole runs of which every output file is known by its SHA-256. A file of
 // tests/vectors is a settings file; its comments name the clip that goes in and the sums of what
 // comes out. With MD_REFRESH in the environment the sums are written anew from the plain path.
 #include <gtest/gtest.h>
@@ -70,7 +70,7 @@ std::string WithSums(const std::string& sCase, const std::vector<std::string>& a
     return s;
 }
 
-// The names, of either side, whose line is not on the other.
+// Names of the files whose line is on one side only.
 std::string Differing(std::vector<std::string> aWant, std::vector<std::string> aGot) {
     std::ranges::sort(aWant);
     std::ranges::sort(aGot);

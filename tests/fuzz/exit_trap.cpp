@@ -71,7 +71,7 @@ int RunTrapped(const std::function<void()>& fnRun) {
     if (setjmp(tReturn) == 0) fnRun();
     bTrapped = false;
     // A run that came back has released all it took; one that ended need not.
-    Require(nExitStatus != kCameBack || (aBlocks.empty() && aFiles.empty()), "nothing left behind");
+    Require(nExitStatus != kCameBack || (aBlocks.empty() && aFiles.empty()), "all released");
     for (void* p : aBlocks) __real_free(p);
     for (std::FILE* p : aFiles) __real_fclose(p);
     aBlocks.clear();
@@ -81,7 +81,7 @@ int RunTrapped(const std::function<void()>& fnRun) {
 
 void Require(bool bHolds, const char* szWhat) {
     if (bHolds) return;
-    // Standard error may be closed to keep a fuzz run quiet; the stack tells the rest.
+    // Standard error may be closed to keep a fuzz run quiet; the stack shows the rest.
     (void)!write(STDERR_FILENO, szWhat, std::strlen(szWhat));
     std::abort();
 }

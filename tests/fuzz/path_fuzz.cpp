@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nData) {
     const std::string sPath = std::string(s, std::min(nCut + 1, s.size()), kPathSize - 1).c_str();
     CheckCompletion(sBase, sPath);
     CheckMarks(sPath);
-    Require(Unquoted(CommandWord(sPath.c_str())) == sPath, "the path behind a command word");
+    Require(Unquoted(CommandWord(sPath.c_str())) == sPath, "the path that a command word quotes");
     const std::string sDir = cfgDirName(sBase.c_str());
     Require(!sDir.empty() && (sDir == "." || sBase.starts_with(sDir)), "the folder part");
     return 0;

@@ -93,7 +93,7 @@ KernelCase BlockRowRecordsCase(const Setting& s, Inputs inputs, const Picker& Pi
     const auto nRoom = static_cast<size_t>(RoundToRowStep(t.nBlocks));
     const auto pSums = std::make_shared<std::vector<int32_t>>(2 * kHalfPlanes * nRoom);
     for (size_t i = 0; i < pSums->size(); ++i) {
-        // Of the full range also the parts that larger shifts see as small.
+        // Numbers of every size, since settings shift them right by 0 to 15.
         const int32_t nMax = aMax[i / nRoom % kHalfPlanes];
         const int32_t nPart = inputs == Inputs::kFullRange ? nMax >> Pick(0, 15) : nMax;
         (*pSums)[i] = Draw(inputs, Pick, nPart);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // A 4:2:0 picture painted pixel by pixel: the slow, obvious twin of the plane operations. A pixel
-// is asked whether it lies in a shape, nothing is clipped or stepped.
+// is asked whether it is in a shape, nothing is clipped or stepped.
 #pragma once
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// A few frames walked by the block scan: a setting, the walk, and all that it leaves behind.
+// A few frames walked by the block scan: a setting, the walk, and all that it leaves.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,7 @@ struct Setting {
 // A setting that the checks of a run let pass, for frames of that size.
 Setting PickSetting(const Picker& Pick, int32_t nWidth, int32_t nHeight);
 
-// All that a walk leaves behind, frame by frame.
+// All that a walk leaves, frame by frame.
 struct Walked {
     Plane aAvail, aDist;
     std::vector<BlockFeature> aFeatures;

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// The slow twin: a second derivation of the block pipeline, the four box methods, the gate and the
+// The slow twin: a second derivation of the block pipeline, the box methods, the gate and the
 // text of every dump. It is written to be read, shares no code with the program beyond the record
 // of settings, and was derived without a look at the program's stages, so that a slip in one of the
 // two shows as a difference between them.
 //
-// Who changes a rule of the program changes the twin too: from the rule's own words, without a look
-// at the program's lines. Its short names: `t.p` the settings, `t.W` and `t.H` the frame, `t.S` the
-// step between blocks.
+// A rule that is changed in the program is changed in the twin too: from the rule's own words,
+// without a look at the program's lines. Its short names: `t.p` the settings, `t.W` and `t.H` the
+// frame, `t.S` the step between blocks.
 #pragma once
 
 #include <string>

@@ -43,7 +43,7 @@ export function overlap(p, q) {
 const sameBox = (p, q) =>
     (p === null) === (q === null) && (p === null || p.every((v, i) => v === q[i]));
 
-// Differences of boxes and reports, from the frame tables alone.
+// Differences of boxes and reports, from the frame tables only.
 export function boxDifferences([a, b]) {
     const only = (one, other) =>
         runsOf(one.frames, (f) => (isReported(one, f) && !isReported(other, f) ? 1 : 0)).filter(

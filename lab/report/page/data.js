@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Opens the data of a report: the head, one record a run with its frame table, and the block values
-// behind small functions. Formats in ../FORMAT.md.
+// Opens the data of a report: the head, one record a run with its frame table, and small functions
+// that give block values. Formats in ../FORMAT.md.
 
 import { fromBase64, inflate, Reader } from "../../page/bytes.js";
 import { ChunkStore, expandFrame, openBlocks, openMeans, openVectors, vectorOf } from "./chunks.js";
@@ -164,7 +164,7 @@ function addFeatures(run, head, source, callbacks) {
     };
 }
 
-// Data blocks that stand in the document. A block is taken out of the page once it was read.
+// Data blocks in the document. A block is taken out of the page once it was read.
 export function documentSource(doc) {
     const take = (id) => {
         const node = doc.getElementById(id);

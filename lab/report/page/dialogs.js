@@ -28,8 +28,8 @@ const kReading = [
         "Cool, hollow cells were over their threshold but turned down. A grey dot: changed, but below " +
         "the threshold. Nothing: no change.",
     "Click on a cell: the Block panel says in one sentence which rule decided, shows the tests in " +
-        "their order, and which setting stands behind each.",
-    "Under the picture stands why the frame has a box or none. A block can be active and the frame " +
+        "their order, and which setting each one reads.",
+    "Under the picture is why the frame has a box or none. A block can be active and the frame " +
         "still have no box: too few blocks, or the gate holds the box until it has settled.",
     "Was something missed? Go to the frame, look for hollow cells on it, click on one. Did something " +
         "trigger wrongly? Click on a filled cell there. The panel Distances counts each reason.",

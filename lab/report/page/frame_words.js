@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // Why a frame has a box or none, and what the gate did with it, as sentences. Pure; the record is
-// { reason, p: [4 numbers], gate, g: [2 numbers], active, s: settings by key }. Numbers stand between
+// { reason, p: [4 numbers], gate, g: [2 numbers], active, s: settings by key }. Numbers are between
 // asterisks. Codes in ../FORMAT.md.
 
 import { short } from "../../page/format.js";
@@ -28,12 +28,12 @@ const kReasons = {
         `distance ${n(r.p[0])}).`,
     22: (r) => `No motion: no group of more than ${n(r.p[3])} blocks; score falls to ${n(r.p[1])}.`,
     23: () => "No motion: the best group is one row or column.",
-    30: (r) => `Motion: a box has stood for ${n(r.p[0])} frames (${n(r.p[1])} needed).`,
+    30: (r) => `Motion: a box has lasted ${n(r.p[0])} frames (${n(r.p[1])} needed).`,
     31: () => "No motion: no block was confirmed.",
     32: (r) =>
         `No motion: ${blocks(r.p[0], "block")} confirmed, but none where the fullest column and ` +
         "row meet.",
-    33: (r) => `No motion yet: the box has stood for ${n(r.p[0])} of ${n(r.p[1])} frames.`,
+    33: (r) => `No motion yet: the box has lasted ${n(r.p[0])} of ${n(r.p[1])} frames.`,
     34: (r) => `No motion: the box grew ${times(r.p[2], r.p[3])} times, ${n(1.3)} allowed.`,
     35: (r) => `No motion: the box is too small (area ${n(r.p[2])}, ${n(r.p[3])} needed).`,
     40: (r) => `Motion: ${blocks(r.active)}.`,

@@ -91,7 +91,7 @@ export function reportedToInput([left, top, right, bottom], clip) {
 export function toInputBox([x0, y0, x1, y1], clip) {
     const along = (p, q, working, input) => {
         const scale = input / working;
-        // A hair's breadth over an edge is rounding, no pixel more.
+        // A tiny amount over an edge is rounding and adds no pixel.
         const low = Math.floor(Math.min(p, q) * scale + 1e-6);
         const high = Math.ceil(Math.max(p, q) * scale - 1e-6) - 1;
         const clamp = (v) => Math.min(input - 1, Math.max(0, v));

@@ -56,7 +56,7 @@ function changed(labels) {
     showBox(labels);
 }
 
-// The chosen row's box stands on the stage in the frames of its range.
+// The chosen row's box is shown on the stage in the frames of its range.
 function showBox(labels) {
     const { app, rows, chosen } = labels;
     const row = labels.active ? rows[chosen] : undefined;

@@ -28,7 +28,7 @@ export const kHeatRamp = Array.from({ length: 256 }, (_, d) => {
 
 const rgb = (c, alpha = 1) => `rgba(${c[0]},${c[1]},${c[2]},${alpha})`;
 
-// Where things stand on the stage: `scale` css pixels a working pixel, origin at (x, y). A cell is
+// Where things are on the stage: `scale` css pixels a working pixel, origin at (x, y). A cell is
 // drawn in the middle of its block of 16x16 pixels, for blocks overlap.
 export function geometry(grid, scale, x, y) {
     const cell = Math.min(grid.stride, 16);
@@ -230,7 +230,7 @@ export function drawBox(ctx, g, box, color, dashed) {
     ctx.setLineDash([]);
 }
 
-// The chosen block: its cell, and its 16x16 pixels. Small cells show the pixels alone.
+// The chosen block: its cell, and its 16x16 pixels. Small cells show only the pixels.
 export function drawChosen(ctx, g, index) {
     const bx = index % g.grid.w;
     const by = (index - bx) / g.grid.w;

@@ -196,7 +196,7 @@ function listenHead(a) {
     });
 }
 
-// The opening frame, or what the address asks for; then a telling block is chosen.
+// The opening frame, or what the address asks for; then a block worth looking at is chosen.
 async function open(a) {
     const layers = layersOf(a).map(([id]) => id);
     const { frame, ...asked } = readAddress(location.hash, a.runs[0], layers);

@@ -89,7 +89,7 @@ function title(app, { run }, frame, block) {
     );
 }
 
-// The sentence, and the setting behind the test that decided.
+// The sentence, and the setting that the deciding test reads.
 export function sentenceBox(app, r, label = null) {
     const { kind } = kOutcomes[r.outcome];
     const swatch =
@@ -301,7 +301,7 @@ function history(app, run, frame, block, r) {
 
 const kStateMarks = { passed: "↓", yes: "●", no: "○", later: "" };
 
-// One column of texts a run; the rows of both runs side by side show where they part.
+// One column of texts a run; the rows of both runs side by side show where they differ.
 function ladderTable(app, records, labels = null) {
     const ladders = records.map(ladder);
     const ids = [];

@@ -95,7 +95,7 @@ function frameHistogram(values) {
     return { all, active };
 }
 
-// x log2(1 + d), one bar a distance; y log. A line stands right of its value: bars to the right of it
+// x log2(1 + d), one bar a distance; y log. A line is drawn at the right of its value: bars to the right of it
 // are over it.
 function histogram(canvas, all, active, t) {
     const width = canvas.parentElement.clientWidth - 28;

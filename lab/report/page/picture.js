@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // The picture under the overlay: a copy of the frame that the decoder showed, in the chosen look. It
-// is made in the same callback that tells the frame's number, so that the two cannot part.
+// is made in the same callback that gives the frame's number, so that the two always agree.
 
 export class Picture {
     // `width` x `height`: the part of the video, from its top left corner, that is the frame.

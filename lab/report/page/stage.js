@@ -211,7 +211,7 @@ export function fit(stage) {
     stage.app.store.set({ zoom: 1, centerX: grid.width / 2, centerY: grid.height / 2 });
 }
 
-// Centres on a working pixel; the middle of the stage always lies on the picture.
+// Centres on a working pixel; the middle of the stage is always on the picture.
 export function center(stage, zoom, x, y) {
     const { grid } = stage.app.runs[0];
     const clamp = (v, max) => Math.min(max, Math.max(0, v));

@@ -10,7 +10,7 @@ const kSlowestRate = 1 / 16; // slower playing is refused by browsers, so it ste
 // where a playing video does not say which frame is drawn
 
 // The picture that a video element holds now, with its own time in seconds: { image, time, close() }.
-// Without VideoFrame the time is that of the callback, which is exact while the video stands.
+// Without VideoFrame the time is that of the callback, which is exact while the video is paused.
 function capture(element, callbackTime) {
     if (typeof VideoFrame !== "function") {
         return { image: element, time: callbackTime, close() {} };

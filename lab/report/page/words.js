@@ -145,7 +145,7 @@ function steady(r) {
     const need = framesNeeded(r.s);
     return (
         `Active: over the ${applied(r)} for ${frames(r.after)} (${n(need)} needed) and steady: ` +
-        `${lastThree(r)} lie within ${n(ratioText(r.s))} to 1.`
+        `${lastThree(r)} are within ${n(ratioText(r.s))} to 1.`
     );
 }
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // The filter of the table: words that all must hold. "MD_HogDist_Th<=12 recall>0.8 1f3a" keeps the
-// points whose key and score lie so and whose id or settings hold the last word.
+// points that meet the first two and whose id or settings hold the last word.
 
 import { scoreIndex, scoreOf } from "./data.js";
 

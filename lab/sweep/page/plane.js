@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 
 // The plane: every point at two of its scores, the best front as a line. uPlot draws axes, dots and
-// line; what lies under the pointer is found here, by distance on the screen.
+// line; what is under the pointer is found here, by distance on the screen.
 
 import uPlot from "uplot";
 import { axisNumber, plural } from "../../page/format.js";

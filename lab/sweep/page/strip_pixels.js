@@ -6,9 +6,9 @@
 import { unpackStrip } from "./data.js";
 import { kStrip } from "./words.js";
 
-// From the least to the most telling: where a pixel stands for several frames the last one wins.
+// From the least to the most important: where a pixel shows several frames, the last one wins.
 const kOrder = "-.irhfm";
-// The letter of each of `width` pixels. A pixel over several frames shows the most telling one, so a
+// The letter of each of `width` pixels. A pixel over several frames shows the most important one, so a
 // single missed or false frame is never lost.
 export function pixelsOf(text, width) {
     const parts = unpackStrip(text);

@@ -23,7 +23,7 @@ export function drawStrip(canvas, text) {
     const ctx = canvasContext(canvas, width, kHeight);
     pixelsOf(text, width).forEach((letter, x) => {
         ctx.fillStyle = color(kColors[letter]);
-        // Misses hang from the top, false frames stand on the ground: the form says it without colour.
+        // Misses are drawn at the top, false frames at the bottom, so that they differ without colour.
         const [top, height] = letter === "m" ? [0, 9] : letter === "f" ? [7, 9] : [0, kHeight];
         if (height < kHeight) {
             ctx.fillStyle = color("empty");

@@ -25,7 +25,7 @@ struct NeighbourCounts {
     int32_t nHighActBlkCnt;   // bHighActive among all nine
 };
 
-// A block and its surroundings. Absent neighbours count 0 in everything.
+// A block and its surroundings. Neighbours outside the grid count as 0 in everything.
 struct BlockView {
     NeighbourCounts tCounts;
     int32_t dUp, dLeft, dUpLeft, dUpRight;  // distances of this frame

@@ -50,9 +50,9 @@ void CellSetupInit(const MdParams* pParams, const uint8_t* pGaussWin, CellSetup*
 // Planes of HalfRow. Of the first three there are two, for the left and for the right cell.
 enum HalfPlane : int32_t { kMag = 0, kMomX = 2, kMomY = 4, kLuma = 6, kHalfPlanes = 7 };
 
-// The sums of one half, the upper or the lower, of every block of a row: a plane a number, a place
-// a block. Magnitude and moments of one cell, the moments counted from the cell's own corner; luma
-// of both cells together. Owns nothing.
+// The sums of one half, the upper or the lower, of every block of a row: one plane for each sum,
+// one place in it for each block. Magnitude and moments are those of one cell, the moments counted
+// from the cell's own corner; luma is that of both cells together. Owns nothing.
 struct HalfRow {
     int32_t* apPlane[kHalfPlanes];
 };
@@ -64,7 +64,7 @@ constexpr int32_t RoundToRowStep(int32_t nBlocks) {
     return (nBlocks + kRowStep - 1) / kRowStep * kRowStep;
 }
 
-// Bytes after a luma plane that may be read with it; they do not count.
+// Bytes after the end of a luma plane that may be read too; their values do not matter.
 constexpr int32_t kLumaSlack = 64;
 
 // Luma plane, row pitch nWidth, readable for kLumaSlack bytes after its end.

@@ -125,7 +125,7 @@ TEST_F(CompareProgram, NamesFramesThatAreNotInBoth) {
     EXPECT_EQ(outcome.nExit, 1);
     ExpectLine(outcome, "extra    frame 7 in golden");
     ExpectLine(outcome, "extra    frames 15..19 in golden");
-    // Of one kind of file alone.
+    // With only one kind of file.
     WriteRun(folder_ / "rtl", frames_);
     std::string text;
     for (std::size_t f = 0; f < 15; ++f) text += DumpText(frames_[f], lab::kGoldenFile);
@@ -245,7 +245,7 @@ TEST_F(CompareProgram, RefusesWhatCannotBeCompared) {
         EXPECT_EQ(outcome.nExit, 2);
         EXPECT_EQ(outcome.sErr, "mdlab: " + message + "\n");
     }
-    // A pipe does not make it wait, whether its name tells the kind or not.
+    // A pipe does not make it wait, whether its name shows the kind or not.
     fs::rename(folder_ / "hogmd_dist.txt", folder_ / "pipe");
     fs::create_symlink("pipe", folder_ / "hogmd_dist.txt");
     for (const std::string pipe : {"hogmd_dist.txt", "pipe"}) {

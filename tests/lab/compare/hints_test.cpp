@@ -20,7 +20,7 @@ using Frames = std::vector<Frame>;
 
 constexpr int kColumns = 18, kRows = 12, kFrames = 8;
 
-// What compare guesses when the running files alone are there, and the boxes and references.
+// What compare guesses from the running files, the boxes and the references.
 std::vector<std::string> HintsFor(const Frames& golden, const Frames& rtl) {
     const TempFolder folder;
     for (const auto& [name, frames] : {std::pair("golden", golden), std::pair("rtl", rtl)}) {

@@ -24,7 +24,7 @@ class Planted : public testing::Test {
         WriteRun(rtl_, frames_);
     }
 
-    // Writes the files of that kind for the run with `frame` in place of its namesake.
+    // Writes the files of that kind for the run, with `frame` in place of the frame of its number.
     void Write(FileKind kind, const Frame& frame) {
         lab::Run run;
         run.feature = rtl_.string();
@@ -91,7 +91,7 @@ TEST_F(Planted, EachValueOfEachBlockFileIsNamed) {
                 EXPECT_EQ(d.y, y);
                 EXPECT_EQ(d.golden, before);
                 EXPECT_EQ(d.other, before ^ 1);
-                // That file alone, with its number in its own counting.
+                // Only that file, with its number as the file counts.
                 const std::string name = lab::NameSources(d.shown, d.frame);
                 EXPECT_TRUE(name.find(KindName(kind)) != std::string::npos) << name;
                 EXPECT_TRUE(name.find(',') == std::string::npos) << name;

@@ -142,7 +142,7 @@ TEST(Readers, TakeWhatSimulatorsMakeOfTheText) {
             ExpectSame(Read(kind, path), frame, kind);
         }
     }
-    // A value that MD cannot give is read as it stands.
+    // A value that MD cannot give is read as it is.
     WriteAll(path, Replaced(DumpText(frame, lab::kDistFile), "hogDis:00", "hogDis:01"));
     EXPECT_GE(Read(lab::kDistFile, path).At(lab::kDistance, 17, 2), 256);
 }
@@ -323,11 +323,11 @@ TEST(Readers, FindFramesInRunningFiles) {
     EXPECT_EQ(frame.index, 710);
 }
 
-TEST(Runs, TellFilesByNameAndByText) {
+TEST(Runs, KnowFilesByNameAndByText) {
     const TempFolder folder;
     const Frame frame = SomeFrame(0, 4, 4, 1);
     for (const FileKind kind : kFrameKinds) {
-        // Only the name tells the reference from the frame.
+        // Only by the name do the reference and the frame differ.
         const std::string path = folder / (kind == lab::kHogRefFile ? "my_HOGRef.txt" : "renamed");
         WriteAll(path, DumpText(frame, kind));
         const lab::Run run = lab::OpenRun(path);

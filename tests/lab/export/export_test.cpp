@@ -134,7 +134,7 @@ TEST_F(ExportTest, LeftOverFilesAreNoFrames) {
     EXPECT_EQ(Read().items.back().frame, 1);
 }
 
-TEST_F(ExportTest, FramesLimit) {
+TEST_F(ExportTest, TakesOnlyTheFramesAskedFor) {
     const auto range = [&](const std::string& frames) -> std::string {
         const std::string message =
             Export({Path("run"), "--yuview", Path("f"), "--frames=" + frames});

@@ -29,7 +29,7 @@ std::string Refusal(const std::string& text) {
 }
 
 // Each of these the viewer takes without a word and then crashes or draws something else.
-TEST(StatisticsReader, EveryRuleIsHeld) {
+TEST(StatisticsReader, RefusesWhatBreaksARule) {
     const std::vector<std::pair<std::string, std::string>> rows = {
         {"", "line 1: the line has no end"},
         {"%;syntax-version;v1.1\n", "line 1: expected %;syntax-version;v1.2"},

@@ -75,7 +75,7 @@ const choose = (page, block) =>
 const text = async (page, selector) =>
     (await page.locator(selector).first().innerText()).replace(/\s+/g, " ").trim();
 
-test("the policy stands, and title and verdict are there without a script", { skip }, async () => {
+test("the policy holds, and title and verdict are there without a script", { skip }, async () => {
     const html = readFileSync(standard, "utf8");
     assert.match(
         html,
@@ -345,7 +345,7 @@ test("playing loops within the zoomed range, also where a timer has to step", { 
     }),
 );
 
-test("the pointer on timeline and stage", { skip }, () =>
+test("the pointer chooses frames on the timeline and blocks on the stage", { skip }, () =>
     withPage(standard, {}, async (page) => {
         const over = await page.locator(".over").boundingBox();
         const x = (f) => over.x + ((f + 0.5) / kFrames) * over.width;
@@ -385,7 +385,7 @@ test("the pointer on timeline and stage", { skip }, () =>
     }),
 );
 
-test("panels: filter, events, settings and links", { skip }, () =>
+test("panels filter, list events and settings, and make links", { skip }, () =>
     withPage(standard, { hash: "#f=58&b=3,4&l=distance&t=hist" }, async (page) => {
         let s = await state(page);
         assert.deepEqual(
@@ -433,7 +433,7 @@ test("panels: filter, events, settings and links", { skip }, () =>
     }),
 );
 
-test("two runs: what differs first, and where", { skip }, async () => {
+test("two runs show what differs first, and where", { skip }, async () => {
     const settings = { MD_Bbox_PP_Enable: 1 };
     const a = walkerRun({ ...kGrid, frames: kFrames, settings, label: "A" });
     const b = walkerRun({
@@ -476,7 +476,7 @@ test("two runs: what differs first, and where", { skip }, async () => {
     });
 });
 
-test("labels: a range marked, a box drawn, the csv saved", { skip }, () =>
+test("a range can be marked, a box drawn, and the csv saved", { skip }, () =>
     withPage(standard, { hash: "#f=40&t=labels" }, async (page) => {
         const over = await page.locator(".over").boundingBox();
         const x = (f) => over.x + ((f + 0.5) / kFrames) * over.width;
@@ -662,7 +662,7 @@ test("on paper all is there, and the screen is as before", { skip }, () =>
     }),
 );
 
-test("without scripts the verdict stands as text", { skip }, async () => {
+test("without scripts the verdict is there as text", { skip }, async () => {
     const page = await browser.context.newPage();
     const session = await browser.context.newCDPSession(page);
     await session.send("Emulation.setScriptExecutionDisabled", { value: true });

@@ -22,7 +22,7 @@ import { kDefaults, noise } from "./support/scene.js";
 
 const unpack = (text) => inflate(new Uint8Array(Buffer.from(text, "base64")));
 
-test("varints and signed thresholds of all sizes", () => {
+test("varints and signed thresholds of all sizes come back", () => {
     const values = [0, 1, 127, 128, 16383, 16384, 8144, 2 ** 31 - 1];
     const out = new encode.Bytes();
     for (const v of values) out.varint(v);
@@ -83,7 +83,7 @@ test("cut or wrong block values are refused, not shown", () => {
     assert.throws(() => open(bytes, 3), RangeError);
 });
 
-test("mean luma and vectors", () => {
+test("mean luma and vectors come back as they were packed", () => {
     const random = noise(4);
     const frames = Array.from({ length: 3 }, () =>
         Array.from({ length: 21 }, () => Math.floor(random() * 256)),
@@ -199,7 +199,7 @@ test("a run that shares the luma of the other reads it too, though each block is
     for (const run of runs) assert.deepEqual([...run.means(1)], means[1]);
 });
 
-test("the distance from two vectors, as the chip computes it", () => {
+test("the distance of two vectors is shown in the chip's own steps", () => {
     const v = (x, length = 1) => ({ v: Array.from({ length: 10 }, () => x), length });
     const text = (s, a, b) =>
         distanceStepsText(distanceSteps({ ...kDefaults, ...s }, a, b)).replaceAll("*", "");

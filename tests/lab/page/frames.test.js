@@ -38,10 +38,10 @@ test("every reason has its sentence", () => {
         ],
         [22, [0, 6, 10, 3], "No motion: no group of more than 3 blocks; score falls to 6."],
         [23, [12, 20, 10], "No motion: the best group is one row or column."],
-        [30, [6, 4, 900, 800], "Motion: a box has stood for 6 frames (4 needed)."],
+        [30, [6, 4, 900, 800], "Motion: a box has lasted 6 frames (4 needed)."],
         [31, [9], "No motion: no block was confirmed."],
         [32, [3], "No motion: 3 blocks confirmed, but none where the fullest column and row meet."],
-        [33, [2, 4], "No motion yet: the box has stood for 2 of 4 frames."],
+        [33, [2, 4], "No motion yet: the box has lasted 2 of 4 frames."],
         [34, [6, 4, 1800, 1000], "No motion: the box grew 1.8 times, 1.3 allowed."],
         [35, [6, 4, 4, 6], "No motion: the box is too small (area 4, 6 needed)."],
         [40, [], "Motion: 87 active blocks."],
@@ -56,7 +56,7 @@ test("every reason has its sentence", () => {
     for (const [reason, p, text] of told) assert.equal(tell(reason, p), text);
 });
 
-test("every word of the gate", () => {
+test("everything that the gate does has its sentence", () => {
     const told = [
         [1, [], "Gate closed."],
         [2, [3, 5], "Gate holds the box: seen for 3 of 5 frames."],
@@ -72,7 +72,7 @@ test("every word of the gate", () => {
     assert.equal(tell(40, [], 0), "Motion: 87 active blocks.");
 });
 
-test("the setting that a frame's sentence speaks of", () => {
+test("each frame's sentence names the setting to turn", () => {
     const key = (reason, gate) => frameKey({ reason, p: [], gate, g: [], s });
     assert.equal(key(11, 1), "MD_BlkCnt_Th");
     assert.equal(key(10, 2), "MD_Bbox_PP_Window");
@@ -80,7 +80,7 @@ test("the setting that a frame's sentence speaks of", () => {
     assert.equal(key(21, 0), null, "the limits of method 1 are built in");
 });
 
-test("every case of method 2's refinement, listed or not", () => {
+test("every case of method 2's refinement has its sentence, listed or not", () => {
     const texts = Array.from({ length: 11 }, (_, c) => plain(refinementText(c)));
     assert.equal(new Set(texts).size, 11);
     for (const c of [3, 5, 7, 8]) {

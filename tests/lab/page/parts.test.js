@@ -23,7 +23,7 @@ import { runsOf, silhouette } from "../../../lab/report/page/tracks.js";
 import { walkerRun } from "./support/make.js";
 import { opened } from "./support/opened.js";
 
-test("numbers as the page writes them", () => {
+test("numbers, plurals and times are written in one way", () => {
     assert.equal(count(3705495), "3\u2009705\u2009495");
     assert.equal(count(4661), "4661");
     assert.equal(plural(1, "frame"), "1 frame");
@@ -51,7 +51,7 @@ test("a store tells each listener once, and only of what differs", () => {
     assert.deepEqual(heard, ["ab"]);
 });
 
-test("runs of frames, and what a pixel of the overview shows", () => {
+test("frames of a kind join into runs, and a pixel of the overview shows the most important", () => {
     const kinds = [0, 0, 1, 1, 1, 0];
     assert.deepEqual(
         runsOf(6, (f) => kinds[f]).map((r) => [r.first, r.last, r.kind]),
@@ -68,7 +68,7 @@ test("runs of frames, and what a pixel of the overview shows", () => {
     assert.deepEqual([...silhouette([1, 5, 2], 0, 2, 6)], [1, 1, 5, 5, 2, 2]);
 });
 
-test("events and the gaps of five frames and more between them", () => {
+test("the list has all events and the gaps of five frames and more between them", () => {
     const run = opened(walkerRun({ frames: 150, settings: { MD_Bbox_PP_Enable: 1 } }));
     const rows = eventRows(run);
     const events = rows.filter((r) => r.event > 0);
@@ -79,7 +79,7 @@ test("events and the gaps of five frames and more between them", () => {
     for (let i = 1; i < rows.length; ++i) assert.ok(rows[i].first > rows[i - 1].last);
 });
 
-test("jumps to the next start", () => {
+test("jumps go to the next start, and toggles add and remove", () => {
     assert.equal(neighbourStart([3, 10, 20], 10, true), 20);
     assert.equal(neighbourStart([3, 10, 20], 10, false), 3);
     assert.equal(neighbourStart([3], 3, true), -1);
@@ -88,7 +88,7 @@ test("jumps to the next start", () => {
     assert.deepEqual([...toggled(new Set([1, 2]), [1])], [1]);
 });
 
-test("counts of a frame, overlap of boxes, frames far apart", () => {
+test("a difference counts blocks, overlap of boxes and frames far apart", () => {
     const d = compare.frameDifference(
         { outcome: [9, 9, 3, 11, 15] },
         { outcome: [9, 11, 9, 11, 19] },
@@ -117,7 +117,7 @@ const kClip = {
     input_height: 576,
 };
 
-test("labels to csv and back, with frames of the clip and pixels of the input", () => {
+test("labels survive csv and back, in frames of the clip and pixels of the input", () => {
     const rows = [
         { first: 2, last: 70, box: [300, 120, 410, 396], what: "motion" },
         { first: 71, last: 80, box: null, what: "ignore" },
@@ -143,7 +143,7 @@ test("labels to csv and back, with frames of the clip and pixels of the input", 
     }
 });
 
-test("what a run makes of labels", () => {
+test("labels are judged as the scores define it", () => {
     const rows = [
         { first: 2, last: 5, box: null, what: "motion" },
         { first: 5, last: 7, box: null, what: "motion" },

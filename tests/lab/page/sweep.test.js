@@ -53,7 +53,7 @@ test("a refused point has no score, and undefined scores come last either way", 
     assert.equal(sweep.points[firstChoice(sweep)].missed.length, 0);
 });
 
-test("what a key does: quartiles over the points with that value", () => {
+test("the effect of a key is quartiles over the points with that value", () => {
     assert.deepEqual(fiveNumbers([1, 2, 3, 4, 9]), { low: 1, q1: 2, median: 3, q3: 4, high: 9 });
     assert.deepEqual(fiveNumbers([1, 2]), { low: 1, q1: 1.25, median: 1.5, q3: 1.75, high: 2 });
     assert.equal(fiveNumbers([]).median, null);
@@ -94,7 +94,7 @@ test("a strip never loses a single frame", () => {
     assert.equal(stripSummary("2h3m1h"), "3 hit, 3 miss");
 });
 
-test("sentences and the lines to copy", () => {
+test("every point has its sentence and the line to copy", () => {
     assert.equal(pointSentence(sweep, byName("4x2")), "Meets all that the plan expects.");
     assert.equal(pointSentence(sweep, byName("16x2")), "Misses: recall at least 0.8.");
     assert.match(

@@ -149,7 +149,7 @@ const kTold = [
     [
         15,
         { d: [99, 130, 75], act: 2, after: 3 },
-        "Active: over the threshold 16 for 3 frames (3 needed) and steady: 75, 130, 99 lie within 2 to 1.",
+        "Active: over the threshold 16 for 3 frames (3 needed) and steady: 75, 130, 99 are within 2 to 1.",
     ],
     [
         16,
@@ -198,7 +198,7 @@ test("low delay names how many blocks around it wants", () => {
     ]);
 });
 
-test("the pointer's lines", () => {
+test("the pointer shows distance and outcome of a block", () => {
     const lines = hoverLines(18, 37, record(11, { d: [61, 42, 120], after: 1 })).map(plain);
     assert.deepEqual(lines, ["18, 37  distance 61 was 120, 42", "Not active: too new, 1st frame"]);
 });

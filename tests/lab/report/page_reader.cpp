@@ -109,7 +109,7 @@ void ReadBlocks(Cursor* in, size_t blocks, size_t thresholds, PageFrame* frame) 
     if (frame->outcome.size() != blocks) throw std::runtime_error("runs do not fit the grid");
 }
 
-// The frames of one chunk: first, behind last.
+// The frames of one chunk: the first, and the one after the last.
 struct Span {
     size_t first, end;
 };

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Reads a report file back as the page's script does, from lab/report/FORMAT.md alone: nothing here
-// is shared with the writer.
+// Reads a report file back as the page's script does, by nothing but lab/report/FORMAT.md: nothing
+// here is shared with the writer.
 #pragma once
 
 #include <cstdint>

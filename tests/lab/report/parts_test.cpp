@@ -111,7 +111,7 @@ TEST(Summary, CountsEventsAndGapsAtBothEnds) {
     EXPECT_EQ(Summarise({Row(false, false, 0), Row(true, false, 5)}).Opening(), 1);
 }
 
-TEST(Header, WordsOfNumbers) {
+TEST(Header, NumbersRoundButNeverToNoneOrAll) {
     EXPECT_EQ(Share(676, 795), "85 %");
     EXPECT_EQ(Share(792, 795), "99.6 %");
     EXPECT_EQ(Share(0, 9), "0 %");
@@ -200,7 +200,7 @@ TEST(KeySources, TheLastSourceCounts) {
     EXPECT_FALSE(sources.contains("MD_RefFrmIdx"));
 }
 
-// The shipped file tells in its own words which keys are read by nothing.
+// The shipped file says in its own words which keys are read by nothing.
 TEST(KeyUse, AgreesWithTheShippedFile) {
     int nothing = 0;
     for (const auto& key : KeyTexts()) {

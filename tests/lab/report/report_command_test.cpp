@@ -34,7 +34,7 @@ TEST_F(ReportCommand, WritesAPageThatLoadsNothing) {
     const std::string page = ReadAll(tFolder / "r.html");
     EXPECT_NE(page.find("default-src 'none'"), std::string::npos);
     EXPECT_EQ(page.find("<!--md:"), std::string::npos);
-    // The log is that of MD, read by those who know it.
+    // The log is MD's own, for those who know it.
     const std::string log = ReadAll(tFolder / "log");
     EXPECT_NE(log.find("*****frame 8\n"), std::string::npos);
     EXPECT_NE(log.find("finish.\n"), std::string::npos);

@@ -33,7 +33,7 @@ class ReportFile : public testing::Test {
     }
     ~ReportFile() override {
         unsetenv("TMPDIR");
-        // Whatever happened, nothing is left behind.
+        // Whatever happened, no file is left.
         EXPECT_TRUE(fs::is_empty(tFolder / "tmp"));
         EXPECT_FALSE(fs::exists(tFolder / "out"));
         for (const auto& entry : fs::directory_iterator(tFolder.Path())) {
@@ -193,7 +193,7 @@ TEST_F(ReportFile, TakesTheStepsOfItsBudgetInOrder) {
     EXPECT_EQ(parts.back(), "Block values");
 }
 
-TEST_F(ReportFile, KeepsTheDetailRangeWhatever) {
+TEST_F(ReportFile, KeepsTheDetailRangeWhateverTheBudget) {
     Clip({.nFrames = 130, .nSquares = 2, .nSpeed = 5, .nTo = 40, .nNoise = 9});
     request.budget = 1;
     request.detail = lab::IndexRange{70, 72};

@@ -10,7 +10,7 @@
 namespace lab {
 namespace {
 
-TEST(Labels, WhatAFileMayHold) {
+TEST(Labels, MayHoldCommentsBlanksAndEmptyLines) {
     const Labels labels = ParseLabels(
         "first,last,left,top,right,bottom,what\r\n"
         "# a comment\n\n"
@@ -42,7 +42,7 @@ TEST(Labels, ARowThatCannotBeReadNamesItsLine) {
         {"\n1,two,,,,,motion", "x.csv:2: two is not a number"},
         {"-1,2,,,,,motion", "x.csv:1: -1 is not a number"},
         {"1,99999999999,,,,,motion", "is not a number from 0 to 2147483647"},
-        {"2,1,,,,,motion", "the last frame lies before the first"},
+        {"2,1,,,,,motion", "the last frame is before the first"},
         {"1,2,3,,,,motion", "a box has all four edges or none"},
         {"1,2,9,0,8,5,motion", "the box ends before it begins"},
         {"1,2,,,,,moton", "moton is neither motion nor ignore"},

@@ -33,7 +33,7 @@ std::map<std::string, std::string> Texts(const Counts& counts) {
 }
 
 // Two ranges, one with an ignored frame inside, worked out by hand.
-TEST(Scores, HandWorkedClip) {
+TEST(Scores, AreThoseWorkedOutByHand) {
     const Labels labels = ParseLabels(
         "first,last,left,top,right,bottom,what\n"
         "2,3,0,0,9,9,motion\n"
@@ -95,7 +95,7 @@ TEST(Scores, OnlyFramesOfTheRunAreJudged) {
     EXPECT_EQ(texts.at("recall"), "1");
 }
 
-// Who walks behind a tree for some frames is still in one range, found once.
+// A walker hidden by a tree for some frames is still in one range, found once.
 TEST(Scores, IgnoredFramesDoNotEndARange) {
     const Labels labels =
         ParseLabels("0,1,,,,,motion\n2,3,,,,,ignore\n4,5,,,,,motion\n6,6,,,,,ignore\n", "test");

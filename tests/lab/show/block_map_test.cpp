@@ -50,7 +50,7 @@ TEST(BlockMap, DigitsAreNinthsAndTheBoxRunsBetweenThem) {
               ". is 0, 1 to 9 are ninths of 255\n");
 }
 
-TEST(BlockMap, WholeNumbersWhereTheyFit) {
+TEST(BlockMap, NumbersAreWholeWhereTheyFit) {
     lab::BlockMap map = SmallMap();
     map.box = lab::BlockEdges{0, 0, 5, 3};
     const std::string exact =
@@ -100,7 +100,7 @@ TEST(BlockMap, NoLineIsWiderThanAllowed) {
 
 // Two pixels a character, one above the other; where twice the size fits, four characters a pair of
 // blocks.
-TEST(BlockMap, ColoursOfUpperAndLowerPixel) {
+TEST(BlockMap, ACharacterHasTheColoursOfTwoPixels) {
     const lab::BlockMap map{2, 3, {0, 255, 0, 255, 1, 0}, 255, lab::Ramp::kGrey, {}};
     const std::string upper_half = "\u2580";
     std::istringstream small(lab::DrawColours(map, 80, 2, true));

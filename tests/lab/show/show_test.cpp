@@ -57,7 +57,7 @@ class Show : public testing::Test {
     std::vector<lab::Frame> frames_;
 };
 
-TEST_F(Show, AFrameWithItsBox) {
+TEST_F(Show, DrawsAFrameWithItsBox) {
     EXPECT_EQ(Run("2 --width 20"),
               "frame 2 (files 0003_*)   5 x 4 blocks   active 3   box 8..24, 12..32\n"
               "distance 0..171, largest at x 2, y 2\n"
@@ -76,12 +76,12 @@ TEST_F(Show, AFrameWithItsBox) {
 }
 
 // The stride follows from the size in a video's name: 5 blocks of 16 at steps of 24 in 112 pixels.
-TEST_F(Show, TheVideosTellTheStride) {
+TEST_F(Show, TakesTheStrideFromTheVideos) {
     WriteAll(folder_ / "ScaledInput_112x88_P420.yuv", "");
     EXPECT_NE(Run("2 --block 4,3").find("pixels 96..111, 72..87\n"), std::string::npos);
 }
 
-TEST_F(Show, ABlockAndTheFramesBefore) {
+TEST_F(Show, ListsABlockAndTheFramesBefore) {
     const std::string text = Run("3 --block 2,1 --before 2");
     EXPECT_EQ(text.substr(0, text.find('\n')),
               "frame 3 (files 0004_*)   block x 2, y 1   pixels 16..31, 8..23 at stride 8");
@@ -105,7 +105,7 @@ TEST_F(Show, ABlockAndTheFramesBefore) {
     EXPECT_TRUE(row("active flag", lab::kActive, 0));
 }
 
-TEST_F(Show, WhatIsNotThere) {
+TEST_F(Show, NamesWhatIsNotThere) {
     const std::string run = folder_.Path().string();
     EXPECT_EQ(Run("2 --values dark"), "--values: dark not in {distance,active,luma}");
     EXPECT_EQ(Run("4"), run + ": no frame 4, there are 0 to 3");

@@ -75,7 +75,7 @@ grep -q '^18 runs were in the cache' err.txt || fail "18 runs come from the cach
 [ ! -e good/engine.log ] || fail "the engine was started for nothing"
 [ "$(status_of sweep --into second --cache good/cache)" = 0 ] && equal second
 
-# A point whose MD is killed fails alone, by name; later it is made up for.
+# Only the point whose MD is killed fails, by name; a later sweep makes up for it.
 echo 8 >crash
 [ "$(status_of sweep --into crash1)" = 2 ] || fail "a crash ends with status 2"
 grep -q 'killed by signal 9' err.txt || fail "the crash is reported"

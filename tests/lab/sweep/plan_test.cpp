@@ -43,7 +43,7 @@ class PlanFile : public testing::Test {
 
 const std::string kHead = "settings: base.cfg\nclips: [a.yuv]\n";
 
-TEST_F(PlanFile, EverythingThatAPlanMayHold) {
+TEST_F(PlanFile, EveryWordOfAPlanIsRead) {
     const Plan plan = Read(
         "settings: base.cfg\n"
         "clips:\n"
@@ -89,8 +89,7 @@ TEST_F(PlanFile, FaultsNameFileLineAndColumn) {
         {kHead + "keys:\n  MD_HogDist_Th: 1..2 step 0.5\n", "takes whole numbers"},
         {kHead + "keys:\n  MD_HogDist_Th: ten\n", "4:18: MD_HogDist_Th = ten: not a number"},
         {kHead + "keys:\n  MD_HogDist_Th: [8, 0x8]\n", "4:22: 8 is among the values already"},
-        {kHead + "keys:\n  MD_HogDist_Th: 1\n  MD_HogDist_Th: 2\n",
-         "5:3: MD_HogDist_Th stands here"},
+        {kHead + "keys:\n  MD_HogDist_Th: 1\n  MD_HogDist_Th: 2\n", "5:3: MD_HogDist_Th is here"},
         {kHead + "keys:\n  MD_DbgEn: 1\n", "4:3: MD_DbgEn is set by the sweep itself"},
         {kHead + "keys:\n  MD_HogGradX: \"1,,2\"\n", "an empty place in the list of taps"},
         {kHead + "kyes: {}\n", "plan.yaml:3:1: kyes is not known here"},

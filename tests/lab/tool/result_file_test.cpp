@@ -62,7 +62,7 @@ TEST_F(ResultFileTest, NamesThePathWhenItCannotBeWritten) {
     EXPECT_EQ(message([&] { lab::ResultFile file(missing); }),
               missing + ": cannot be written: No such file or directory");
 
-    // A folder stands where the file should go.
+    // A folder is where the file should go.
     const std::string taken = (folder_ / "taken").string();
     fs::create_directory(taken);
     EXPECT_EQ(message([&] { lab::ResultFile file(taken); }),

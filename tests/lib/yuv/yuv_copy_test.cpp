@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr size_t kGuard = 64;  // bytes before and behind the destination
+constexpr size_t kGuard = 64;  // bytes before and after the destination
 
 struct Row {
     int nSrcW, nSrcH;

@@ -3,7 +3,7 @@
 
 // The colour sums, built with this project's flags for a processor with a fused multiply-add:
 // CMakeLists.txt gives this file the instructions, the flags have to keep them unused. Where they
-// are used, colours whose sum lies at a whole number come out one less.
+// are used, colours whose sum is a whole number come out one less.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kGuard = 96;  // bytes before and behind the frame
+constexpr size_t kGuard = 96;  // bytes before and after the frame
 
 struct Shape {
     enum { kDisc, kRect } nKind;
@@ -22,8 +22,8 @@ std::ostream& operator<<(std::ostream& t, const Shape& s) {
              << s.w << 'x' << s.h << " line " << s.nLine;
 }
 
-// Compares with the shape painted pixel by pixel. Of an odd size the chroma planes' own content is
-// left out, as no picture of whole samples stands behind it; every byte around them counts.
+// Compares with the shape painted pixel by pixel. At an odd size the chroma planes' own content is
+// left out, since no picture of whole samples gives it; every byte around them counts.
 void ExpectAsPainted(const Shape& s, int W, int H) {
     static const std::string sJunk = Junk(4096);
     const size_t nFrame = static_cast<size_t>(W * H * 3 / 2);

@@ -25,7 +25,7 @@ TEST(Tokeniser, CutsEveryByteAsItsKindAsks) {
         {"a b\tc\nd", {"a", "b", "c", "d"}},
         {"a=5 ==", {"a=5", "=="}},
         {"\x80\xff =", {"\x80\xff", "="}},
-        // A carriage return belongs to the token that it stands in, and starts none.
+        // A carriage return belongs to the token that it is in, and starts none.
         {"a\r\nb\rc\r\rd\n\re", {"a\r", "b\rc\r\rd", "e"}},
         // A comment takes the rest of its line, from within a token or a string too.
         {"a#b c\nd", {"a", "d"}},
@@ -38,7 +38,7 @@ TEST(Tokeniser, CutsEveryByteAsItsKindAsks) {
         {"\"a b\nc d\"", {"a b", "c", "d", ""}},
         {"a \"", {"a", ""}},
         {"\"a\"b \"c\"\"d\"", {"a", "b", "c", "d"}},
-        // A quote straight behind an item lets the next byte start a token once more.
+        // A quote right after an item lets the next byte start a token once more.
         {"ab\"cd\" e", {"ab", "cd", "cd", "e"}},
         {"ab\" cd\"", {"ab", " cd", "cd"}},
         {"ab\"\"e", {"ab", "", "e"}},

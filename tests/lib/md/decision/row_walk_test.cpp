@@ -114,7 +114,7 @@ void Distances(const DistanceSetup&, const RecordRow&, const RecordRow&, int32_t
     nNext += static_cast<size_t>(n);
 }
 
-// Of each distance, 0 to 255, a record that lies that far from one of zeros.
+// For each distance, 0 to 255, a record that is that far from one of zeros.
 std::vector<BlockFeature> RecordsByDistance() {
     const DistanceSetup tSetup{
         .bMoments = true, .bWeightOneSided = false, .nAccuShift = 4, .nScale = 16, .nDistShift = 4};

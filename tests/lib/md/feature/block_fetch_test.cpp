@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <vector>
 
-// Whole runs tell what stands in a window; a byte behind it is seen by nobody.
+// Whole runs show what is in a window; a byte written after its end shows only here.
 TEST(BlockFetch, WritesOnlyItsWindow) {
     constexpr int B = 16, W = 18, H = 17, nWin = B + 4;
     const std::vector<uint8_t> aY(W * H, 7);

@@ -7,8 +7,8 @@
 
 #include <vector>
 
-// With sigma 1: 64 at the centre, 64 exp(-1/2) = 38.8 beside it, 64 exp(-1) = 23.5 across. A run
-// knows blocks of 16 alone.
+// With sigma 1: 64 at the centre, 64 exp(-1/2) = 38.8 beside it, 64 exp(-1) = 23.5 across. Runs
+// have blocks of 16 only.
 TEST(GaussianWindow, OddSizeHasOneCentreEvenSizeFour) {
     const std::vector<std::vector<uint8_t>> aWindows[] = {
         {{24, 39, 24}, {39, 64, 39}, {24, 39, 24}},

@@ -29,7 +29,7 @@ std::ostream& operator<<(std::ostream& tOut, const Slab& t) {
 
 }  // namespace
 
-// One row of two blocks: its weighted centre lies between their columns, and the reaches to both
+// One row of two blocks: its weighted centre is between their columns, and the reaches to both
 // sum to the stride. Strides of a run are multiples of 8, whose reaches sum to 8 at least or to 0.
 TEST(BisectSlab, JoinsReachesFromASumOfFive) {
     const struct {
@@ -57,7 +57,7 @@ TEST(BisectSlab, JoinsReachesFromASumOfFive) {
     }
 }
 
-// Blocks at pixels 16 and 40 of either axis: the slab takes those whose position lies in it, both
+// Blocks at pixels 16 and 40 of either axis: the slab takes those whose position is in it, both
 // ends included, and the centre is their weighted mean, rounded.
 TEST(SlabCenter, TakesTheBlocksWithinItsEnds) {
     const struct {

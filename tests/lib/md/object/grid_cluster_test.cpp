@@ -103,7 +103,7 @@ TEST_P(GridCluster, HoldsUpToItsBounds) {
     }
 }
 
-// A rectangle of just enough blocks slides over a region's end: as soon as one column or row lies
+// A rectangle of just enough blocks slides over a region's end: as soon as one column or row is
 // in the next region, neither has enough.
 TEST_P(GridCluster, RegionsEndWhereTheGridSays) {
     const Tuning& t = GetParam();

@@ -139,7 +139,7 @@ TEST(BoxProject, TakesTheFilledBinsAroundThePeak) {
 }
 
 TEST(BoxProject, SaysWhyThereIsNoBox) {
-    // Four blocks stand in column 0, five lie in row 16, none where the two meet.
+    // Four blocks are in column 0, five in row 16, none where the two meet.
     const std::vector<ActiveBlk> aApart = {{0, 0, 9},   {0, 4, 9},   {0, 8, 9},
                                            {0, 12, 9},  {6, 16, 9},  {9, 16, 9},
                                            {12, 16, 9}, {15, 16, 9}, {18, 16, 9}};
