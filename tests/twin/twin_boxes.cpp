@@ -4,6 +4,7 @@
 // The four box methods and the temporal gate of the slow twin.
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "tests/twin/twin_state.h"
 
@@ -343,6 +344,7 @@ void Gate(TwinState& t) {
 void TwinBoxes(TwinState& t) {
     constexpr void (*aMethods[])(TwinState&) = {WeightedCentroid, GridCluster, ProjectionBox,
                                                 Bisection};
+    static_assert(std::size(aMethods) == kPostProcMethods, "each box method has its twin here");
     const TwinBox& b = t.tBox;
     t.bMotion = t.nObj = 0;
     t.tBox = TwinBox{};
