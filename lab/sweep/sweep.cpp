@@ -86,6 +86,8 @@ class Sweep {
         FindProgram();
         RefuseMissingProfile();
         RefuseRotatedClips();
+        // MD writes below it: its settings have to be able to say so.
+        NormalValue(aInputKeys[static_cast<size_t>(RowOf("OutputFilePath"))], options_.cache);
         ListRuns();
         if (options_.only_plan) {
             Describe();

@@ -87,6 +87,7 @@ rm crash
 # What cannot be is refused before anything is converted.
 [ "$(status_of sweep --into good/sweep.html/x)" = 2 ] || fail "a folder below a file"
 grep -q '^mdlab: .*: Not a directory$' err.txt || fail "the reason: $(cat err.txt)"
+[ "$(status_of sweep --into 'a "b"')" = 2 ] && [ ! -e 'a "b"' ] || fail "a folder that no setting can name"
 [ "$(status_of sweep --into none --profile none)" = 2 ] || fail "a profile that is not there"
 grep -q 'no config.yaml' err.txt && [ ! -e none ] || fail "the profile is named: $(cat err.txt)"
 
