@@ -52,6 +52,23 @@ TEST(Fault, EveryStepOfMemoryEndsInAMessageOrARun) {
     EXPECT_EQ(aMissing.count("the comp canvas\n"), 1U);
 }
 
+// What is allocated holds junk where the system's allocator can be told to fill it. At an odd size
+// the planes leave bytes of a canvas untouched.
+TEST(Fault, JunkInNewMemoryReachesNoOutput) {
+    const TempFolder tFolder;
+    WriteAll(tFolder / "in.yuv", SquaresBytes({.nFrames = 5, .nSpeed = 7}, 97, 83));
+    WriteAll(tFolder / "a.cfg", BaseConfig(97, 83) + "MD_DbgEn = 634\n");
+    const Files aWant = WholeRun(tFolder.Path(), "plain");
+    for (const std::string& sKernels : KernelNames()) {
+        setenv("MALLOC_PERTURB_", "85", 1);
+        const Files aGot = WholeRun(tFolder.Path(), sKernels);
+        unsetenv("MALLOC_PERTURB_");
+        for (const auto& [sName, sBytes] : aWant) {
+            EXPECT_TRUE(aGot.at(sName) == sBytes) << sName << " on path " << sKernels;
+        }
+    }
+}
+
 // Three frames may fill 2^31 - 1 bytes. One step below that the run goes on, to find no memory for
 // a frame in the space that it is given.
 TEST(Fault, AFrameOfWhichThreeAreTooLargeIsRefused) {
@@ -92,6 +109,26 @@ TEST(Fault, MissingMemoryForSettingsShowsOnStandardError) {
                         MD_PROGRAM, sName});
         EXPECT_EQ(t.sOut.find("no memory"), std::string::npos);
         bSeen = t.nExit == 1 && t.sErr == "ERROR: no memory for a text\n";
+    }
+    EXPECT_TRUE(bSeen);
+}
+
+// So does everything later, on standard output. This text is the folder of the program's own name.
+TEST(Fault, MissingMemoryForATextOfTheRunEndsIt) {
+#if defined __SANITIZE_ADDRESS__ || defined MD_COVERAGE
+    GTEST_SKIP() << "the sanitizer reserves terabytes, the profile fails by itself";
+#endif
+    const TempFolder tFolder;
+    WriteAll(tFolder / "a.cfg", BaseConfig(32, 32));
+    std::string sName = "MD";
+    while (sName.size() < 130000) sName.insert(0, "./");
+    bool bSeen = false;
+    for (int32_t nKb = 3000; !bSeen && nKb < 100000; nKb += 40) {
+        const Outcome t = RunProgram(
+            tFolder.Path(),
+            {"bash", "-c", "ulimit -v " + std::to_string(nKb) + "\nexec -a \"$1\" \"$0\" -d a.cfg",
+             MD_PROGRAM, sName});
+        bSeen = t.nExit == 1 && t.sOut.ends_with("ERROR: no memory for a text\n");
     }
     EXPECT_TRUE(bSeen);
 }

@@ -34,6 +34,14 @@ void PrintAll(std::string* p, int32_t n) {
     Print<"x:%03x,y:%03x\nhogDistAvail:%04x,hogDis:%04x\n">(p, 0, n, 1, n);
 }
 
+// A row of bytes. After each text the whole slack is free again.
+void PrintBytes(std::string* p) {
+    const std::vector<uint8_t> aBytes(100, 255);
+    for (size_t i = 0; i < aBytes.size(); ++i) *p += ",255";
+    TextPrintEach<",%d">(&tOut, aBytes.data(), static_cast<int32_t>(aBytes.size()));
+    EXPECT_LT(tOut.nUsed, kTextBuffer);
+}
+
 }  // namespace
 
 TEST(TextOut, AllBytesAndExtremesAsPrintf) {
@@ -62,6 +70,7 @@ TEST(TextOut, NothingLostWhereTheBufferFills) {
         std::string sWant(nFilled, 'x');
         TextOpen(&tOut, sPath.c_str(), "file");
         for (size_t i = 0; i < nFilled; ++i) TextPrint<"x">(&tOut);
+        PrintBytes(&sWant);
         PrintAll(&sWant, INT_MIN);
         TextClose(&tOut);
         ASSERT_TRUE(ReadAll(sPath) == sWant) << nFilled;

@@ -4,7 +4,9 @@
 #include "md/platform/platform.h"
 
 #include <gtest/gtest.h>
+#include <sys/time.h>
 
+#include <csignal>
 #include <string>
 
 #include "md/platform/run_tool.h"
@@ -29,4 +31,29 @@ TEST(CommandFolder, EmptyFolderLeavesThePathAtTheRoot) {
     EXPECT_EQ(CommandFolder("", '/') + "comp.mp4", "/comp.mp4");
     EXPECT_EQ(CommandFolder("out", '\\') + "comp.mp4", "out\\comp.mp4");
     EXPECT_EQ(CommandFolder("my out", '/') + "comp.mp4", "'my out'/comp.mp4");
+}
+
+namespace {
+
+volatile std::sig_atomic_t nAlarms;
+
+}  // namespace
+
+// The shell is waited for through signals that a handler takes without going on with the call.
+TEST(RunCommand, StatusSurvivesInterruptingSignals) {
+    struct sigaction tOld, tNew = {};
+    tNew.sa_handler = [](int) { nAlarms = nAlarms + 1; };
+    ASSERT_EQ(sigaction(SIGALRM, &tNew, &tOld), 0);
+    const itimerval tEvery = {{0, 20000}, {0, 20000}}, tNever = {};  // microseconds
+    setitimer(ITIMER_REAL, &tEvery, nullptr);
+    const int nStatus = RunCommand("sleep 0.2; exit 3");
+    setitimer(ITIMER_REAL, &tNever, nullptr);
+    sigaction(SIGALRM, &tOld, nullptr);
+    EXPECT_EQ(nStatus, 3);
+    EXPECT_GT(nAlarms, 0);
+}
+
+TEST(RunCommand, KilledCommandGivesItsSignal) {
+    EXPECT_EQ(RunCommand("kill -TERM $$"), 128 + SIGTERM);
+    EXPECT_EQ(RunCommand("exit 0"), 0);
 }
