@@ -116,7 +116,7 @@ const char* SettingsOf(Stage stage) {
         "MD_HogDist_AvgYDiffThre_Scale",
         "MD_HogDist_Th and its _Adj_ scales, MD_NeighborCorrelation, MD_LowDelayEn, "
         "MD_ActBlkRepeatFrmCntTh, MD_ActNeighborBlkCntTh",
-        "MD_PostProcMethod, MD_BlkCnt_Th, MD_Sensitivity_Th, MD_Bbox_PP_Enable",
+        "MD_PostProcMethod, MD_HogDist_Th, MD_BlkCnt_Th, MD_Bbox_PP_Enable",
     };
     return kSettings[stage];
 }

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "lab/compare/report.h"
+#include "lab/settings/key_use.h"
 #include "tests/lab/support/dump_writer.h"
 #include "tests/support/program.h"
 
@@ -351,6 +352,7 @@ TEST_F(CompareProgram, NamesSettingsThatExist) {
             if (word.ends_with(',')) word.pop_back();
             const bool key = word.starts_with("MD_") || word.ends_with("Path");
             EXPECT_TRUE(!key || known.find("\n" + word + " =") != std::string::npos) << word;
+            EXPECT_NE(lab::WhyIdle(word, {}), "it changes nothing") << word;
         }
     }
 }
