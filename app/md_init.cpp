@@ -120,20 +120,7 @@ int32_t MdInit() {
 
 int32_t MdFillPpConfig() {
     const MdParams& md = tSimParams.tMd;
-    tMdPpConfig = {
-        .nWidth = md.nMD_ScaledW,
-        .nHeight = md.nMD_ScaledH,
-        .nBlkSize = md.nMD_HogBlockSize,
-        .nStride = md.nMD_HogBlockStride,
-        .nRefBufIdx = md.RefBufIdx,
-        .nPostProcMethod = md.nMD_PostProcMethod,
-        .nHogDistTh = md.nMD_HogDist_Th,
-        .bBboxPpEnable = md.nMD_Bbox_PP_Enable,
-        .nBlkCntTh = md.nMD_BlkCnt_Th,
-        .nBboxPpWindow = md.nMD_Bbox_PP_Window,
-        .dAreaConvergeThresh = md.dMD_PP_Area_Converge_Thresh,
-        .dAspectConvergeThresh = md.dMD_PP_Aspect_Converge_Thresh,
-    };
+    tMdPpConfig = PpConfigOf(md);
     tMdResult.nStride = md.nMD_HogBlockStride;
     MdClearObjects(&tMdResult);
     return 1;

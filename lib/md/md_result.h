@@ -10,6 +10,7 @@
 #include "md/block_feature.h"
 #include "md/block_history.h"
 #include "md/box_reason.h"
+#include "md/sim_params.h"
 
 constexpr int kPoolSlots = 15;   // slots of the feature pool and of the frame pool
 constexpr int kMaxObjects = 4;   // slots of tObjects; the methods of this chip fill one
@@ -73,3 +74,21 @@ struct MdPpConfig {
     double dAreaConvergeThresh;
     double dAspectConvergeThresh;
 };
+
+// The snapshot of these settings.
+inline MdPpConfig PpConfigOf(const MdParams& md) {
+    return {
+        .nWidth = md.nMD_ScaledW,
+        .nHeight = md.nMD_ScaledH,
+        .nBlkSize = md.nMD_HogBlockSize,
+        .nStride = md.nMD_HogBlockStride,
+        .nRefBufIdx = md.RefBufIdx,
+        .nPostProcMethod = md.nMD_PostProcMethod,
+        .nHogDistTh = md.nMD_HogDist_Th,
+        .bBboxPpEnable = md.nMD_Bbox_PP_Enable,
+        .nBlkCntTh = md.nMD_BlkCnt_Th,
+        .nBboxPpWindow = md.nMD_Bbox_PP_Window,
+        .dAreaConvergeThresh = md.dMD_PP_Area_Converge_Thresh,
+        .dAspectConvergeThresh = md.dMD_PP_Aspect_Converge_Thresh,
+    };
+}

@@ -106,7 +106,10 @@ struct Case {
     std::string Bytes() const { return SquaresBytes(tClip, nWidth, nHeight); }
     // The plain path runs with detail lines, which only it prints.
     std::string Config(bool bPlain) const {
-        const int nDbgEn = kDbgFeatures | kDbgDistances | kDbgObjects | (bPlain ? kDbgDetail : 0);
+        // Every bit but those of what the twin does not print: a new dump shows until it does.
+        const int nOff = kDbgComp | kDbgMotionArea | kDbgHogDist | kDbgCountLog | kDbgKeepScaled |
+                         (bPlain ? 0 : kDbgDetail);
+        const int nDbgEn = 0xFFFF & ~nOff;
         std::string s = BaseConfig(nWidth, nHeight) + "MD_DbgEn = " + std::to_string(nDbgEn) + "\n";
         std::istringstream tSettings(sSettings);
         for (std::string sOne; tSettings >> sOne;) {
