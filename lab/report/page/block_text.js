@@ -3,6 +3,7 @@
 
 // A block as plain text: what the panel shows, with values in hexadecimal beside the decimal ones.
 
+import { outsideReason } from "./centred_box.js";
 import { distanceSteps, distanceStepsText } from "./inspect.js";
 import { ladder } from "./ladder.js";
 import { blockSentence, plain } from "./words.js";
@@ -19,6 +20,7 @@ export function blockText(run, r, frame, block) {
             `${r.x * run.grid.stride}..${r.x * run.grid.stride + 15}, ` +
             `${r.y * run.grid.stride}..${r.y * run.grid.stride + 15}`,
         plain(blockSentence(r)),
+        ...outsideLines(run, frame, block),
         `distance ${both(r.d[0])}, before ${both(r.d[1])}, ${both(r.d[2])}`,
         `repeat counter ${r.before} -> ${r.after}, state 0x${hex(r.state)}`,
         `active among nine ${r.act}, not yet decided ${r.later}, highly active ${r.high}`,
@@ -42,6 +44,11 @@ export function blockText(run, r, frame, block) {
     }
     lines.push(...vectorLines(run, r, frame, block));
     return lines.join("\n");
+}
+
+function outsideLines(run, frame, block) {
+    const reason = outsideReason(run, frame, block);
+    return reason === null ? [] : [plain(reason.text)];
 }
 
 function placeText(p) {

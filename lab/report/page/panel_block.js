@@ -5,6 +5,7 @@
 
 import { fill, h, rich } from "../../page/dom.js";
 import { blockText } from "./block_text.js";
+import { outsideReason } from "./centred_box.js";
 import { drawHistory } from "./history.js";
 import { distanceSteps, distanceStepsText, inspect } from "./inspect.js";
 import { ladder } from "./ladder.js";
@@ -108,17 +109,27 @@ export function sentenceBox(app, r, label = null) {
 
 function settingLink(app, r) {
     const { key } = ladder(r).find((row) => row.state === "yes" || row.state === "no");
-    if (key === null) return null;
-    return h(
+    return key === null ? null : linkTo(app, key, r.s);
+}
+
+const linkTo = (app, key, settings) =>
+    h(
         "button.link.mono",
         { type: "button", title: "Open in Settings", onclick: () => app.openSetting(key) },
-        `${key} = ${r.s[key]}`,
+        `${key} = ${settings[key]}`,
     );
+
+// Why an active block is outside the box, where that needs saying.
+function outside(app, run, frame, block) {
+    const reason = outsideReason(run, frame, block);
+    if (reason === null) return null;
+    return h("p.outside", null, rich(reason.text), " ", linkTo(app, reason.key, run.settings));
 }
 
 function single(app, { run, r }, frame, block) {
     return [
         sentenceBox(app, r),
+        outside(app, run, frame, block),
         h("div.facts", null, patches(app), around(r), values(run, r)),
         history(app, run, frame, block, r),
         h("h3", null, "How it was decided"),
@@ -131,7 +142,10 @@ function single(app, { run, r }, frame, block) {
 function compared(app, views, frame, block) {
     const there = views.filter((v) => v.r !== null);
     return [
-        ...there.map(({ run, r }) => sentenceBox(app, r, run.label)),
+        ...there.flatMap(({ run, r }) => [
+            sentenceBox(app, r, run.label),
+            outside(app, run, frame, block),
+        ]),
         h(
             "div.facts",
             null,

@@ -11,6 +11,7 @@ import { tmpdir } from "node:os";
 import { join, resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 import { after, before, test } from "node:test";
+import { centredBox } from "../../../lab/report/page/centred_box.js";
 import { canBrowse, openPage, shown, startBrowser } from "./support/browser.js";
 
 const bin = resolve(process.env.MD_BIN ?? "build/release/bin");
@@ -219,6 +220,34 @@ async function checkBoxes(page, made, settings) {
     }
 }
 
+// Method 0: the centre and the reach that the page works out are those of the recorded box. Gives
+// the number of boxes.
+async function checkCentres(page) {
+    const frames = await page.evaluate(() => {
+        const [only] = window.mdReport.runs;
+        return Array.from({ length: only.frames }, (_, f) => ({
+            distance: [...only.blocks(f).distance],
+            outcome: [...only.blocks(f).outcome],
+            box: only.boxBefore(f),
+        }));
+    });
+    const facts = await page.evaluate(() => {
+        const { method, settings, grid } = window.mdReport.runs[0];
+        return { method, settings, grid };
+    });
+    const shownRun = { ...facts, blocks: (f) => frames[f], boxBefore: (f) => frames[f].box };
+    const { width, height } = facts.grid;
+    for (const [f, { box }] of frames.entries()) {
+        if (box === null) continue;
+        const { centre, reach } = centredBox(shownRun, f);
+        const [left, top] = centre.map((c, axis) => Math.max(0, c - reach[axis]));
+        const [right, bottom] = centre.map((c, axis) => c + reach[axis]);
+        const want = [left, top, Math.min(width - 1, right), Math.min(height - 1, bottom)];
+        assert.deepEqual(want, box, `frame ${f}`);
+    }
+    return frames.filter((frame) => frame.box !== null).length;
+}
+
 for (const [k, settings] of kRuns.entries()) {
     test(
         `the page tells of a run what MD itself left: ${JSON.stringify(settings)}`,
@@ -233,6 +262,7 @@ for (const [k, settings] of kRuns.entries()) {
                 blocks += await checkFrame(page, made, f, detail);
             assert.ok(blocks > 30, `${blocks} blocks`);
             await checkBoxes(page, made, settings);
+            if (settings.MD_PostProcMethod === 0) assert.ok((await checkCentres(page)) > 3);
             assert.deepEqual(faults, []);
             await page.close();
         },
