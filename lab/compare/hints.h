@@ -45,7 +45,7 @@ class ValueHints {
     std::set<int> elements_;
 };
 
-// Looks at whole frames: the other run may show the values of a frame before, of the block beside,
+// Looks at whole frames: the other run may show the values of a frame before, of the next block,
 // of the reference. `frames` are some in which the leading field differs. Frames that cannot be
 // read are passed over.
 std::vector<std::string> FrameHints(const Run& golden, const Run& other, const Difference& lead,

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// What a run knows of itself once it has been configured: clip, grid, settings. As json, because it
+// The facts of a run once it has been configured: clip, grid, settings. As json, because it
 // crosses from the process of the run to that of the report, and most of it goes into the page.
 #pragma once
 

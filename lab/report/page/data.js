@@ -87,7 +87,7 @@ function addBlocks(run, head, source, callbacks) {
     run.chunkCount = run.has_blocks === "none" ? 0 : Math.ceil(run.frames / per);
     run.loadChunk = (k) => store.load(k);
 
-    // Values of frame f, or null: not there (yet). hasBlocks() tells the two apart.
+    // Values of frame f, or null: not there (yet). hasBlocks() says which.
     run.blocks = (f) => {
         if (run.has_blocks === "none" || f < 0 || f >= run.frames) return null;
         let frame = cache.get(f);
