@@ -4,8 +4,10 @@
 // plant_faults N SEED JOBS: what scripts/mutants.sh runs in the root of the tree; see there. Status
 // 0: all survivors are accepted; 1: another one; 2: the tests cannot be trusted or run.
 #include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -15,6 +17,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "tools/fault_worker.h"
@@ -202,10 +205,12 @@ int PlantFaults(size_t nCount, uint64_t nSeed, size_t nJobs) {
     return Summarise(tTrials.aResults);
 }
 
-uint64_t Number(const char* szText) {
-    size_t nUsed = 0;
-    const uint64_t n = std::stoull(szText, &nUsed);
-    if (szText[nUsed] != '\0') throw std::runtime_error(std::string("not a number: ") + szText);
+uint64_t Number(const std::string& s) {
+    uint64_t n = 0;
+    const auto tEnd = std::from_chars(s.data(), s.data() + s.size(), n);
+    if (tEnd.ec != std::errc() || tEnd.ptr != s.data() + s.size()) {
+        throw std::runtime_error("not a number: " + s);
+    }
     return n;
 }
 
