@@ -17,6 +17,7 @@ import {
 import { openRun, readColumns } from "../../../lab/report/page/data.js";
 import { distanceSteps, distanceStepsText, inspect } from "../../../lab/report/page/inspect.js";
 import * as encode from "./support/encode.js";
+import "./support/inflate_raw.js";
 import { walkerRun } from "./support/make.js";
 import { kDefaults, noise } from "./support/scene.js";
 
