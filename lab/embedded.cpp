@@ -4,11 +4,13 @@
 #include "lab/embedded.h"
 
 // The assembler reads the file; names end in "_end" for its end.
+// NOLINTBEGIN(bugprone-macro-parentheses): what is joined is one text
 #define EMBED(name, path)                                            \
     asm(".section .rodata\n" #name ":\n.incbin \"" path "\"\n" #name \
         "_end:\n.byte 0\n.previous\n");                              \
     extern "C" const char name[];                                    \
     extern "C" const char name##_end[]
+// NOLINTEND(bugprone-macro-parentheses)
 
 EMBED(mdlab_default_cfg, MDLAB_DEFAULT_CFG);
 #ifdef MDLAB_REPORT_PAGE

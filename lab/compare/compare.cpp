@@ -35,22 +35,23 @@ int64_t ParseNumber(const std::string& text, const std::string& whole, const cha
     return number;
 }
 
+std::size_t StageIndex(const std::string& name) {
+    std::string known;
+    for (int s = 0; s < kStageCount; ++s) {
+        if (name == StageName(static_cast<Stage>(s))) return static_cast<std::size_t>(s);
+        if (s > 0) known += ", ";
+        known += StageName(static_cast<Stage>(s));
+    }
+    throw Error("'" + name + "' is none of the stages " + known);
+}
+
 void ParseStages(const std::string& text, CompareOptions* options) {
     if (text.empty()) return;
     options->all_stages = false;
     options->stages.fill(false);
-    std::string known;
-    for (int s = 0; s < kStageCount; ++s) {
-        if (s > 0) known += ", ";
-        known += StageName(static_cast<Stage>(s));
-    }
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t comma = std::min(text.find(',', at), text.size());
-        const std::string name = text.substr(at, comma - at);
-        int s = 0;
-        while (s < kStageCount && name != StageName(static_cast<Stage>(s))) ++s;
-        if (s == kStageCount) throw Error("'" + name + "' is none of the stages " + known);
-        options->stages[static_cast<std::size_t>(s)] = true;
+        options->stages[StageIndex(text.substr(at, comma - at))] = true;
         at = comma + 1;
     }
 }

@@ -19,7 +19,7 @@ struct ClipFacts {
 ClipFacts ProbeClip(const std::string& path);
 
 // The facts in ffprobe's json.
-ClipFacts ParseProbe(const std::string& json);
+ClipFacts ParseProbe(const std::string& text);
 
 // Throws Error if the clip is to be shown rotated, other than upside down: the conversion would
 // turn it, but its size is read unturned, which scrambles every frame. The message says how to bake

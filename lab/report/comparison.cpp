@@ -130,10 +130,13 @@ void CompareFrame(const RecordedRun& a, const RecordedRun& b, const Spools& in_a
 std::vector<std::string> UnequalKeys(const RecordedRun& a, const RecordedRun& b) {
     std::vector<std::string> keys;
     const json& in_b = b.facts["run"]["settings"];
+    const auto IsRead = [](const json& setting) {
+        return setting["idle"].get_ref<const std::string&>().empty();
+    };
     for (const auto& [key, setting] : a.facts["run"]["settings"].items()) {
         const json& other = in_b.at(key);
-        const bool read = setting["idle"] == "" || other["idle"] == "";
-        if (read && setting["value"] != other["value"]) keys.push_back(key);
+        if ((IsRead(setting) || IsRead(other)) && setting["value"] != other["value"])
+            keys.push_back(key);
     }
     return keys;
 }
