@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the MD simulator authors
 // SPDX-License-Identifier: BSD-2-Clause
 
-// Reading running files and comparing equal ones, in bytes a second, with `cmp` beside it. The
-// files are some hundred megabytes in the temporary folder and stay in the system's cache.
+// Reading running files and comparing equal ones, in bytes a second. The files are some hundred
+// megabytes in the temporary folder and stay in the system's cache.
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
 #include <fstream>
 
 #include "lab/compare/bytes.h"
@@ -76,19 +75,10 @@ void EqualBytes(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * TheFiles().golden_bytes);
 }
 
-void Cmp(benchmark::State& state) {
-    const std::string command = "cmp " + TheFiles().golden + " " + TheFiles().copy;
-    for (auto _ : state) {
-        if (std::system(command.c_str()) != 0) state.SkipWithError("cmp failed");
-    }
-    state.SetBytesProcessed(state.iterations() * TheFiles().golden_bytes);
-}
-
-BENCHMARK(ReadGolden)->UseRealTime();
-BENCHMARK(ReadGoldenPlain)->UseRealTime();
-BENCHMARK(ReadDist)->UseRealTime();
-BENCHMARK(EqualBytes)->UseRealTime();
-BENCHMARK(Cmp)->UseRealTime();
+BENCHMARK(ReadGolden);
+BENCHMARK(ReadGoldenPlain);
+BENCHMARK(ReadDist);
+BENCHMARK(EqualBytes);
 
 }  // namespace
 

@@ -36,6 +36,8 @@ for f in "${core[@]}" "${rest[@]}"; do
     case $f in
         *_windows.cpp | *_windows_test.cpp) ;; # needs headers that only Windows has
         *_neon.cpp) ;;                         # and those of another processor
+        bench/opencv_peers.cpp)                # built where scripts/bench.sh has been
+            ! grep -q "$f" build/dev/compile_commands.json || main+=("$f") ;;
         tests/fuzz/*) fuzz+=("$f") ;;
         *) main+=("$f") ;;
     esac
