@@ -3,8 +3,6 @@
 
 #include "lab/sweep/clip_store.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -13,6 +11,7 @@
 #include "lab/probe/odd_size.h"
 #include "lab/settings/settings.h"
 #include "lab/sweep/md_process.h"
+#include "lab/sweep/part_folder.h"
 #include "lab/tool/digest.h"
 #include "lab/tool/error.h"
 #include "lab/tool/temp_folder.h"
@@ -158,7 +157,7 @@ void ConvertClip(const ClipJob& job) {
     if (ReadWorkingClip(job.folder, &there)) return;
     RefuseChanged(job.clip, job.clip_digest);
     RefuseChanged(job.md, job.md_digest);
-    const std::string made = job.folder + ".part" + std::to_string(getpid());
+    const std::string made = PartFolder(job.folder);
     fs::create_directories(made);
     struct Cleanup {
         const std::string& path;

@@ -10,6 +10,7 @@
 #include "lab/settings/settings.h"
 #include "lab/sweep/engine.h"
 #include "lab/sweep/job.h"
+#include "lab/sweep/part_folder.h"
 
 namespace fs = std::filesystem;
 
@@ -111,6 +112,7 @@ double ChunkSeconds(const SweepOptions& options, const std::vector<const Planned
 bool ConvertClips(const SweepOptions& options, RunList* list, Faults* faults) {
     std::vector<Conversion>& all = list->conversions;
     const std::string clips = options.cache + "/clips";
+    RemoveDeadParts(clips);
     if (std::all_of(all.begin(), all.end(), [](const Conversion& one) { return one.whole; })) {
         return true;
     }
