@@ -40,6 +40,7 @@ int32_t OpensAt(int32_t nWindow, double dArea, double dAspect, const std::vector
         EXPECT_EQ(res.nObjNum, nOpen != 0 && t.nWide > 0 ? 1 : 0) << n;
         EXPECT_EQ(res.tObjects[0].bValid, t.nWide > 0 ? 1 : 0) << n;
         EXPECT_EQ(res.tObjects[0].right > 0, nOpen != 0 && t.nWide > 0) << n;
+        EXPECT_TRUE(nOpen != 0 || (res.tObjects[0].xDim == 0 && res.tObjects[0].yDim == 0)) << n;
     }
     testing::internal::GetCapturedStdout();
     tGateState = {};
