@@ -9,20 +9,25 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh dpkg-dev lintian mmdebstrap man-db
 
 cmake --preset release >/dev/null
-cmake --build --preset release
+cmake --build --preset release --target product make_clip
 rm -f build/release/*.deb
 (cd build/release && cpack >/dev/null)
 lintian --fail-on error --allow-root build/release/*.deb
 
 work=$(mktemp -d)
 root=$work/root
-trap 'rm -rf "$work"' EXIT
+finish() {
+    umount "$root/proc" 2>/dev/null || true
+    rm -rf --one-file-system "$work"
+}
+trap finish EXIT
 in_root() { chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 "$@"; }
 quietly() { "$@" >"$work/log" 2>&1 || { tail -n 20 "$work/log"; return 1; }; }
 install() { quietly in_root DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "$@"; }
 files() { (cd "$root" && find . -xdev ! -path './var/*' ! -path './tmp/*' ! -path './home/*' | sort); }
 
 quietly mmdebstrap --variant=apt bookworm "$root"
+mount -t proc proc "$root/proc"  # where mdlab finds the programs beside it
 quietly in_root apt-get update
 # What the packages depend on stays when they go; it is there before the comparison starts.
 for name in md mdlab; do cp build/release/"$name"_*.deb "$root/tmp/$name.deb"; done
