@@ -6,12 +6,15 @@
 # them as an ordinary user, removes them, and looks for anything that is left. Needs root.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+[ "$(id -u)" -eq 0 ] || { echo "usage: sudo $0" >&2 && exit 2; }
 scripts/setup.sh dpkg-dev lintian mmdebstrap man-db
 
-cmake --preset release >/dev/null
-cmake --build --preset release --target product make_clip
+# The build stays that of the user who called sudo.
+as_user_of_build() { if [ -n "${SUDO_USER:-}" ]; then sudo -H -u "$SUDO_USER" -- "$@"; else "$@"; fi; }
+as_user_of_build cmake --preset release >/dev/null
+as_user_of_build cmake --build --preset release --target product make_clip
 rm -f build/release/*.deb
-(cd build/release && cpack >/dev/null)
+(cd build/release && as_user_of_build cpack >/dev/null)
 lintian --fail-on error --allow-root build/release/*.deb
 
 work=$(mktemp -d)
