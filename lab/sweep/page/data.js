@@ -79,6 +79,18 @@ export function front(sweep, clip, xName, yName) {
     return found;
 }
 
+// Places of the plane that several points share, as { x, y, members }: members are the given
+// { x, y, ... } in their order, and so are the piles, each where its first member was.
+export function pilesOf(places) {
+    const found = new Map();
+    for (const place of places) {
+        const key = `${place.x} ${place.y}`;
+        if (!found.has(key)) found.set(key, { x: place.x, y: place.y, members: [] });
+        found.get(key).members.push(place);
+    }
+    return [...found.values()];
+}
+
 // The point to open with: fewest limits missed, then the best f1, then the most motion.
 export function firstChoice(sweep) {
     const f1 = (p) => scoreOf(sweep, p, -1, "f1");

@@ -6,9 +6,10 @@
 
 import uPlot from "uplot";
 import { axisNumber, plural } from "../../page/format.js";
-import { h } from "../../page/dom.js";
+import { fill, h } from "../../page/dom.js";
 import { color, onTheme } from "../../page/theme.js";
-import { front, hasScore, scoreOf } from "./data.js";
+import { front, hasScore, pilesOf, scoreOf } from "./data.js";
+import { drawCounts, pickOf, showPile } from "./piles.js";
 import { scoreText, scoreTitle } from "./words.js";
 
 const kReach = 14; // css pixels within which a dot answers
@@ -19,16 +20,19 @@ export function createPlane(app) {
     const holder = h("div.plot");
     const note = h("p.quiet.small");
     const tip = h("div.tip", { hidden: true });
+    const list = h("div.pile", { hidden: true });
     const node = h(
         "section.plane",
         { "aria-label": "All points in the plane of two scores" },
         h("div.bar", null, h("h2", null, "Plane"), picks(app)),
         holder,
         note,
+        list,
         tip,
     );
     let plot = null;
     let places = [];
+    let piles = [];
 
     const draw = () => {
         const { clip, x, y } = store.state;
@@ -36,11 +40,13 @@ export function createPlane(app) {
         plot = null;
         holder.replaceChildren();
         places = placesOf(app);
+        piles = pilesOf(places);
+        showPile(app, list, piles);
         note.textContent = sentence(app, places);
         if (places.length === 0) return;
         const width = Math.max(280, holder.clientWidth);
-        plot = new uPlot(options(app, width, places), series(app, places), holder);
-        listen(app, plot, () => places, tip);
+        plot = new uPlot(options(app, width, places, piles), series(app, places), holder);
+        listen(app, plot, () => piles, tip);
         plot.root.setAttribute("role", "img");
         plot.root.setAttribute(
             "aria-label",
@@ -48,7 +54,11 @@ export function createPlane(app) {
         );
     };
     store.on(["clip", "x", "y", "accepted", "width"], draw);
-    store.on(["point"], () => plot?.setData(series(app, places), false) ?? plot?.redraw());
+    store.on(["point"], () => {
+        plot?.setData(series(app, places), false);
+        plot?.redraw();
+        showPile(app, list, piles);
+    });
     onTheme(draw);
     return { node, draw };
 }
@@ -126,14 +136,14 @@ function series(app, places) {
     ];
 }
 
-const dots = (stroke, fill, size, width = 1) => ({
+const dots = (stroke, inside, size, width = 1) => ({
     stroke,
     width,
     paths: () => null,
-    points: { show: true, size, fill, stroke, width },
+    points: { show: true, size, fill: inside, stroke, width },
 });
 
-function options(app, width, places) {
+function options(app, width, places, piles) {
     const { x, y } = app.store.state;
     const span = (values) => {
         const [low, high] = [Math.min(...values), Math.max(...values)];
@@ -156,6 +166,7 @@ function options(app, width, places) {
         cursor: { show: false },
         legend: { show: false },
         select: { show: false },
+        hooks: { draw: [(u) => drawCounts(u, piles)] },
         scales: { x: { time: false, range: () => rangeX }, y: { range: () => rangeY } },
         axes: [
             { ...axis, label: scoreTitle(x), labelSize: 16, size: 22 },
@@ -177,37 +188,41 @@ function options(app, width, places) {
     };
 }
 
-// The place nearest to the pointer, or null.
-function nearest(u, places, event) {
+// The pile nearest to the pointer, or null.
+function nearest(u, piles, event) {
     const box = u.over.getBoundingClientRect();
     const [left, top] = [event.clientX - box.left, event.clientY - box.top];
     let found = null;
     let least = kReach ** 2;
-    for (const place of places) {
-        const dx = u.valToPos(place.x, "x") - left;
-        const dy = u.valToPos(place.y, "y") - top;
+    for (const pile of piles) {
+        const dx = u.valToPos(pile.x, "x") - left;
+        const dy = u.valToPos(pile.y, "y") - top;
         const d = dx * dx + dy * dy;
-        if (d < least) [found, least] = [place, d];
+        if (d < least) [found, least] = [pile, d];
     }
     return found;
 }
 
-function listen(app, u, placesNow, tip) {
+function listen(app, u, pilesNow, tip) {
     const { sweep, store } = app;
     u.over.addEventListener("mousemove", (e) => {
-        const place = nearest(u, placesNow(), e);
-        tip.hidden = place === null;
-        u.over.style.cursor = place === null ? "" : "pointer";
-        if (place === null) return;
+        const pile = nearest(u, pilesNow(), e);
+        tip.hidden = pile === null;
+        u.over.style.cursor = pile === null ? "" : "pointer";
+        if (pile === null) return;
         const { x, y } = store.state;
-        const point = sweep.points[place.index];
-        tip.replaceChildren(
+        const point = sweep.points[pickOf(pile, store.state.point)];
+        const others = pile.members.length - 1;
+        fill(
+            tip,
             h(
                 "b",
                 null,
-                `${scoreTitle(x)} ${scoreText(place.x)}, ${scoreTitle(y)} ${scoreText(place.y)}`,
+                `${scoreTitle(x)} ${scoreText(pile.x)}, ${scoreTitle(y)} ${scoreText(pile.y)}`,
             ),
             h("div.mono", null, point.options || "the settings as they are"),
+            others > 0 &&
+                h("div", null, `and ${plural(others, "other point")}: click for the list`),
         );
         const box = tip.parentElement.getBoundingClientRect();
         const left = Math.min(e.clientX - box.left + 14, box.width - tip.offsetWidth - 8);
@@ -216,7 +231,7 @@ function listen(app, u, placesNow, tip) {
     });
     u.over.addEventListener("mouseleave", () => (tip.hidden = true));
     u.over.addEventListener("click", (e) => {
-        const place = nearest(u, placesNow(), e);
-        if (place !== null) store.set({ point: place.index });
+        const pile = nearest(u, pilesNow(), e);
+        if (pile !== null) store.set({ point: pickOf(pile, store.state.point) });
     });
 }

@@ -16,6 +16,7 @@ import {
     fiveNumbers,
     front,
     keyEffect,
+    pilesOf,
     prepare,
     scoreOf,
 } from "../../../lab/sweep/page/data.js";
@@ -65,6 +66,23 @@ test("the effect of a key is quartiles over the points with that value", () => {
             [8, 3, 0.66, 0.74],
             [12, 3, 0.54, 0.62],
             [16, 3, 0.42, 0.5],
+        ],
+    );
+});
+
+test("points with both scores the same are one pile, and others are not", () => {
+    const places = [
+        { index: 0, x: 1, y: 2 },
+        { index: 1, x: 1, y: 23 },
+        { index: 2, x: 12, y: 3 },
+        { index: 3, x: 1, y: 2 },
+    ];
+    assert.deepEqual(
+        pilesOf(places).map(({ x, y, members }) => [x, y, members.map((m) => m.index)]),
+        [
+            [1, 2, [0, 3]],
+            [1, 23, [1]],
+            [12, 3, [2]],
         ],
     );
 });
@@ -158,6 +176,32 @@ test(
         await page.close();
     },
 );
+
+test("a dot of several points lists them all, and each can be chosen", { skip }, async () => {
+    const results = makeResults({ thresholds: [4, 40, 44], counts: [2, 6] });
+    const { page, faults } = await open(results, { hash: "#p=4x2&filter=MD_HogDist_Th%3D44" });
+    const chosen = () => page.textContent(".detail h2 .mono");
+    const clickDot = async () => {
+        await page.evaluate(() => window.scrollTo(0, 0));
+        const u = await page.locator(".plane .u-over").boundingBox();
+        await page.mouse.click(u.x + u.width * 0.055, u.y + u.height * 0.055);
+    };
+    assert.ok(await page.isHidden(".pile"), "one point needs no list");
+    await clickDot();
+    assert.equal(await chosen(), "44x2", "the first that the filter keeps");
+    const list = () => page.$$eval(".pile button", (b) => b.map((n) => n.textContent));
+    const line = (th, n) => `MD_HogDist_Th=${th} MD_BlkCnt_Th=${n}`;
+    assert.deepEqual(await list(), [line(40, 2), line(40, 6), line(44, 2), line(44, 6)]);
+    assert.equal(await page.locator(".pile .left-out").count(), 2);
+    await page.locator(".pile button").first().click();
+    assert.equal(await chosen(), "40x2");
+    await clickDot();
+    assert.equal(await chosen(), "40x2", "a click on its dot keeps the choice");
+    await page.click('tr[data-point="5"]');
+    assert.equal(await page.textContent('.pile [aria-pressed="true"]'), line(44, 6));
+    assert.deepEqual(faults, []);
+    await page.close();
+});
 
 test("filter, sort, arrow keys and address work together", { skip }, async () => {
     const { page, faults } = await open(makeResults(), { hash: "#p=8x6&filter=MD_HogDist_Th%3D8" });
