@@ -52,9 +52,15 @@ std::string Joined(const std::vector<Comparison::Line>& lines) {
     return joined;
 }
 
+// Bytes that are no UTF-8, as a path may hold, become U+FFFD.
+std::string ValidUtf8(const std::string& text) {
+    return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+// For an attribute of XML.
 std::string Escaped(const std::string& text) {
     std::string escaped;
-    for (const char c : text) {
+    for (const char c : ValidUtf8(text)) {
         switch (c) {
             case '&':
                 escaped += "&amp;";
@@ -71,6 +77,12 @@ std::string Escaped(const std::string& text) {
             default:
                 // XML has no way to write most control characters.
                 escaped += static_cast<unsigned char>(c) < 32 ? ' ' : c;
+        }
+    }
+    // Nor has it U+FFFE and U+FFFF.
+    for (const char* none : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+        for (size_t at = 0; (at = escaped.find(none, at)) != std::string::npos;) {
+            escaped.replace(at, 3, "\xEF\xBF\xBD");
         }
     }
     return escaped;

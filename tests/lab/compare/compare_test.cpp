@@ -384,4 +384,15 @@ TEST_F(CompareProgram, LeavesFilesForPrograms) {
         << xml;
 }
 
+// A path may hold any byte but 0, and XML may not.
+TEST(JunitReport, IsXmlWhateverAPathHolds) {
+    lab::Comparison comparison;
+    comparison.golden = "\xc3\xa9";
+    comparison.other = "a\xff<\xef\xbf\xbf\x01z";
+    const std::string xml = lab::JunitReport(comparison);
+    EXPECT_NE(xml.find("name=\"mdlab compare \xc3\xa9 a\xEF\xBF\xBD&lt;\xEF\xBF\xBD z\""),
+              std::string::npos)
+        << xml;
+}
+
 }  // namespace
