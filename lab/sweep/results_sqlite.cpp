@@ -10,6 +10,7 @@
 
 #include "lab/sweep/results.h"
 #include "lab/tool/error.h"
+#include "lab/tool/remove_on_signal.h"
 
 namespace lab {
 
@@ -19,7 +20,7 @@ namespace {
 class Database {
   public:
     explicit Database(const std::string& path)
-        : path_(path), part_(path + ".part" + std::to_string(getpid())) {
+        : path_(path), part_(path + ".part" + std::to_string(getpid())), on_signal_(part_) {
         std::remove(part_.c_str());
         Check(sqlite3_open(part_.c_str(), &base_));
         // The file is renamed once it is whole: no journal is needed to undo a half-written one.
@@ -83,6 +84,7 @@ class Database {
     }
 
     std::string path_, part_;
+    RemoveOnSignal on_signal_;
     sqlite3* base_ = nullptr;
     sqlite3_stmt* statement_ = nullptr;
 };

@@ -32,6 +32,7 @@ std::string NameUntilWhole(const std::string& path) {
 
 ResultFile::ResultFile(std::string path)
     : path_(std::move(path)), temporary_(NameUntilWhole(path_)) {
+    if (temporary_ != path_) on_signal_.emplace(temporary_);
     file_ = std::fopen(temporary_.c_str(), "wb");
     if (file_ == nullptr) throw Error(path_ + ": cannot be written: " + std::strerror(errno));
 }

@@ -3,13 +3,16 @@
 
 // A file that mdlab leaves. It is written under a temporary name in the same folder and renamed
 // once it is whole, so that a reader never meets half a file. A file that is dropped without Commit
-// is removed, and an older file of that name stays as it was. A pipe or a device is written to as
-// it is.
+// is removed, also when a signal ends the process, and an older file of that name stays as it was.
+// A pipe or a device is written to as it is.
 #pragma once
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "lab/tool/remove_on_signal.h"
 
 namespace lab {
 
@@ -35,6 +38,7 @@ class ResultFile {
 
     std::string path_;
     std::string temporary_;  // path_ of a pipe or a device
+    std::optional<RemoveOnSignal> on_signal_;
     std::FILE* file_ = nullptr;
     int reason_ = 0;  // errno of the first failed Write
 };

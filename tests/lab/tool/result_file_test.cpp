@@ -4,8 +4,11 @@
 #include "lab/tool/result_file.h"
 
 #include <gtest/gtest.h>
-#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -32,6 +35,51 @@ class ResultFileTest : public testing::Test {
     }
     fs::path folder_;
 };
+
+// Runs it in a process of its own and gives the status as waitpid does.
+template <typename Work>
+int InChild(Work work) {
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        _exit(0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+TEST_F(ResultFileTest, ASignalThatEndsTheProcessLeavesNoPart) {
+    const std::string path = (folder_ / "result.txt").string();
+    std::ofstream(path) << "older";
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const int status = InChild([&] {
+            std::signal(signal, SIG_DFL);
+            lab::ResultFile whole(path + "2"), half(path);
+            half.Write("newer");
+            whole.Commit();
+            raise(signal);
+        });
+        ASSERT_TRUE(WIFSIGNALED(status)) << status;
+        EXPECT_EQ(WTERMSIG(status), signal);
+        EXPECT_EQ(Text(path), "older");
+        EXPECT_TRUE(fs::remove(path + "2"));
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1);
+    }
+}
+
+TEST_F(ResultFileTest, AnIgnoredSignalStaysIgnored) {
+    const std::string path = (folder_ / "result.txt").string();
+    const int status = InChild([&] {
+        std::signal(SIGHUP, SIG_IGN);
+        lab::ResultFile file(path);
+        file.Write("whole");
+        raise(SIGHUP);
+        file.Commit();
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Text(path), "whole");
+}
 
 TEST_F(ResultFileTest, AppearsWholeOrNotAtAll) {
     const fs::path path = folder_ / "result.txt";
