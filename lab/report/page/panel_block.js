@@ -7,25 +7,14 @@ import { fill, h, rich } from "../../page/dom.js";
 import { blockText } from "./block_text.js";
 import { outsideReason } from "./centred_box.js";
 import { drawHistory } from "./history.js";
-import { distanceSteps, distanceStepsText, inspect } from "./inspect.js";
+import { inspect } from "./inspect.js";
 import { ladder } from "./ladder.js";
 import { mark } from "./legend.js";
 import { kKinds, kOutcomes } from "./outcomes.js";
+import { patches, showPatches } from "./patches.js";
 import { refinementText } from "./refinement.js";
+import { vector } from "./vector_table.js";
 import { blockSentence } from "./words.js";
-
-const kVectorNames = [
-    "c0 x",
-    "c1 x",
-    "c2 x",
-    "c3 x",
-    "c0 y",
-    "c1 y",
-    "c2 y",
-    "c3 y",
-    "blk x",
-    "blk y",
-];
 
 export function createBlockPanel(app) {
     const node = h("div.panel.blockpanel");
@@ -164,55 +153,6 @@ function compared(app, views, frame, block) {
         ),
         ...there.slice(0, 1).map(({ run, r }) => vector(run, frame, block, r)),
     ];
-}
-
-function patches(app) {
-    if (app.stills === null) return null;
-    return h(
-        "div.patches",
-        null,
-        h("canvas.now", {
-            width: 16,
-            height: 16,
-            title: "This frame",
-            role: "img",
-            "aria-label": "This frame",
-        }),
-        h("canvas.ref", {
-            width: 16,
-            height: 16,
-            title: "Reference",
-            role: "img",
-            "aria-label": "Reference frame",
-        }),
-    );
-}
-
-// This frame from the stage's own picture, the reference from the second decoder.
-async function showPatches(app, node, frame, block) {
-    const now = node.querySelector("canvas.now");
-    if (now === null || app.picture.frame !== frame) return;
-    const run = app.runs[0];
-    drawPatch(now, app.picture.raw, run.grid, block);
-    const reference = Math.max(0, frame - run.settings.MD_RefFrmIdx);
-    const still = await app.stills.get(reference, 0, { urgent: true, slot: "patch" });
-    const canvas = node.querySelector("canvas.ref");
-    const current = app.store.state;
-    if (still === null || canvas === null) return;
-    if (current.frame === frame && current.block === block)
-        drawPatch(canvas, still, run.grid, block);
-}
-
-function drawPatch(canvas, source, grid, block) {
-    const ctx = canvas.getContext("2d");
-    const scale = source.width / grid.width;
-    const x = (block % grid.w) * grid.stride * scale;
-    const y = Math.floor(block / grid.w) * grid.stride * scale;
-    ctx.globalCompositeOperation = "copy";
-    ctx.drawImage(source, x, y, 16 * scale, 16 * scale, 0, 0, 16, 16);
-    ctx.globalCompositeOperation = "saturation";
-    ctx.fillStyle = "#808080";
-    ctx.fillRect(0, 0, 16, 16);
 }
 
 function around(r) {
@@ -379,59 +319,6 @@ function refined(run, frame, block) {
     return value === null
         ? null
         : [h("h3", null, "In the box method"), h("p", null, rich(refinementText(value)))];
-}
-
-function vector(run, frame, block, r) {
-    const head = h("h3", null, "Feature vector");
-    if (run.vectors_of === null || !run.hasVectors(frame)) {
-        return [head, h("p.quiet", null, "Vectors were left out of this file to keep it small.")];
-    }
-    const now = run.vector(frame, block);
-    const reference = run.vector(r.reference - run.first, block);
-    if (now === null || reference === null) {
-        const why = r.d[0] === 0 ? "not stored where the distance is 0" : "not there yet";
-        return [head, h("p.quiet", null, `${why[0].toUpperCase()}${why.slice(1)}.`)];
-    }
-    const difference = now.v.map((v, i) => v - reference.v[i]);
-    const signed = (d) => (d > 0 ? `+${d}` : d < 0 ? `−${-d}` : "0");
-    const shade = (d) => {
-        const cell = h("td.n.diff", null, signed(d));
-        cell.style.setProperty("--shade", `${Math.round(Math.min(1, Math.abs(d) / 32) * 70)}%`);
-        return cell;
-    };
-    const row = (name, list) => h("tr", null, h("th", null, name), list);
-    const cells = (v) => v.map((value) => h("td.n", null, value));
-    return [
-        head,
-        h(
-            "table.vector",
-            null,
-            h(
-                "thead",
-                null,
-                h(
-                    "tr",
-                    null,
-                    h("th"),
-                    kVectorNames.map((name) =>
-                        h(
-                            "th.n",
-                            null,
-                            name.split(" ").map((p) => h("span", null, p)),
-                        ),
-                    ),
-                ),
-            ),
-            h(
-                "tbody",
-                null,
-                row("this", cells(now.v)),
-                row("ref", cells(reference.v)),
-                row("diff", difference.map(shade)),
-            ),
-        ),
-        h("p.small", null, rich(distanceStepsText(distanceSteps(run.settings, now, reference)))),
-    ];
 }
 
 // Everything of the chosen block as text, for a mail or an issue.
