@@ -138,7 +138,7 @@ TEST(Fault, MissingMemoryForATextOfTheRunEndsIt) {
 TEST(Fault, InputCutWhileItIsReadEndsWithTheBytesLeft) {
     for (const auto& [bLumaOnly, nLeft] : {std::pair{false, 77}, {true, 77}, {true, 1100}}) {
         const TempFolder tFolder;
-        const std::string sPath = tFolder / "in.yuv";
+        const std::string sPath = (tFolder / "in.yuv").string();
         WriteAll(sPath, sClip);
         FrameReader t = FrameReaderOpen(sPath.c_str(), 32, 32, 0, bLumaOnly);
         std::string sFrame(kFrame, '\0');

@@ -11,7 +11,7 @@
 // The box methods report one object at most, the record has room for four.
 TEST(ObjectReport, HasCommasBetweenObjects) {
     const TempFolder tFolder;
-    const std::string sPath = tFolder / "report";
+    const std::string sPath = (tFolder / "report").string();
     static TextOut tText;
     tMdResult.nObjNum = 2;
     TextOpen(&tText, sPath.c_str(), "report");
