@@ -4,6 +4,7 @@
 #include "md/cfg_top/configure.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -34,13 +35,16 @@ bool IsAnyOption(const char* szArgument) {
     return IsOption(szArgument, "-h") || IsOption(szArgument, "-f") || IsOption(szArgument, "-p");
 }
 
-// The base that a number's prefix asks for: "0x" 16, else a leading zero 8, else 10. Base 0 of the
-// library is not the same everywhere: newer ones also read binary there ("0b11").
+// The base that a number's prefix asks for: "0x" and a digit 16, else a leading zero 8, else 10.
+// The library is not the same everywhere: with base 0 newer ones also read binary ("0b11"), and
+// with base 16 some find no number in "0xg", where others find the zero.
 int NumberBase(const char* szText) {
     const char* p = szText + std::strspn(szText, " \t\n\v\f\r");
     if (*p == '+' || *p == '-') ++p;
     if (*p != '0') return 10;
-    return p[1] == 'x' || p[1] == 'X' ? 16 : 8;
+    const bool bHex =
+        (p[1] == 'x' || p[1] == 'X') && std::isxdigit(static_cast<unsigned char>(p[2])) != 0;
+    return bHex ? 16 : 8;
 }
 
 // strtol, saturated at the int32_t limits on every platform.

@@ -27,6 +27,7 @@ TEST(ConfigValue, NumbersConvertAsFarAsTheyGo) {
                                     {"\" -0B1\"", "0"},
                                     {"0", "0"},
                                     {"0xg", "0"},
+                                    {"0x", "0"},
                                     {"-010", "-8"},
                                     {"+0X1f", "31"},
                                     {"5abc", "5"},
