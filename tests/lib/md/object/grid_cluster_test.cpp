@@ -170,6 +170,19 @@ TEST_P(GridCluster, ScoreFollowsTheMeanWithThirtyFivePercent) {
     EXPECT_EQ(tTune.nScore, 56) << "a frame without a region";
 }
 
+// Eleven blocks make the region, and 223 of distance 1 in its box bring the mean down to 1. The
+// score of earlier frames is still high.
+TEST(GridTune, ARegionWithAMeanOfOneIsChosen) {
+    BlockScene s(640, 360);
+    s.Fill(21, 1, 38, 13, 1);
+    s.Fill(21, 1, 30, 1, 11);
+    s.Set(38, 13, 11);
+    aGridTune[0].nScore = 200;
+    PpGridCluster(&s.tConfig, &s.tResult);
+    GridClusterReset();
+    EXPECT_EQ(BoxOf(s.tResult), (Box{8 * 21, 8 * 38, 8 * 1, 8 * 13}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Tunings, GridCluster, testing::Values(kFirst, kOther),
                          [](const auto& tInfo) { return tInfo.index == 0 ? "First" : "Other"; });
 
