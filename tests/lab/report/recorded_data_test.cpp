@@ -142,6 +142,9 @@ void ExpectBlocks(const PageFrame& frame, const lab::Frame& dumped) {
         active += InMask(outcome) ? 1 : 0;
         ASSERT_EQ(outcome <= 1 ? 0 : frame.distance[i], dumped.values[lab::kDistance][i]) << i;
         ASSERT_EQ(InMask(outcome), dumped.values[lab::kActive][i] != 0) << i << ": " << outcome;
+        if (outcome >= kNoChange && outcome <= kBelowAlone) {
+            ASSERT_EQ(outcome == kNoChange, frame.distance[i] == 0) << i << ": " << outcome;
+        }
         ASSERT_EQ(frame.luma[i], dumped.values[lab::kLuma][i]) << i;
         const auto vector = frame.vectors.find(static_cast<int>(i));
         ASSERT_TRUE(vector != frame.vectors.end() || frame.distance[i] == 0) << i;
