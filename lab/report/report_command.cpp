@@ -53,8 +53,8 @@ void AddReport(CLI::App* app, int* status) {
     if (ReportPage().empty()) return;  // built without node
     auto options = std::make_shared<Options>();
     ReportRequest& request = options->request;
-    CLI::App* command =
-        app->add_subcommand("report", "Run MD and write one page that shows why, to open offline");
+    CLI::App* command = app->add_subcommand(
+        "report", "Runs MD and writes one page that shows why, to open offline");
     command->add_option("--out,-o", request.out, "The page to write")
         ->required()
         ->type_name("FILE");

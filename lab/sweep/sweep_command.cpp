@@ -168,16 +168,16 @@ void AddSweep(CLI::App* app, int* status) {
     command->add_option("PLAN", options->plan, "The plan, a YAML file")->required();
     command->add_option("--into", options->into, "Folder for the results")->type_name("FOLDER");
     command->add_flag("--plan", options->only_plan, "Print what would run, and stop");
-    command->add_option("--cache", options->cache, "Folder for finished runs, cache in --into")
+    command->add_option("--cache", options->cache, "Folder for finished runs (cache in --into)")
         ->type_name("FOLDER");
-    command->add_option("--cores", options->cores, "Cores to use, all of this machine")
+    command->add_option("--cores", options->cores, "Cores to use (all of this machine)")
         ->check(CLI::Range(1, 1 << 20))
         ->option_text("N");
     command
         ->add_option("--profile", options->profile,
                      "slurm, or the folder of a Snakemake profile of your own")
         ->type_name("PROFILE");
-    command->add_option("--md", options->md, "The MD to run, the one beside mdlab")
+    command->add_option("--md", options->md, "The MD to run (the one beside mdlab)")
         ->type_name("PROGRAM");
     command->add_flag("--quiet", options->quiet, "No progress line");
     command->callback([options, status] { *status = Run(*options); });
