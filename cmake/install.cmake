@@ -50,6 +50,9 @@ endif()
 md_install(MD program md)
 install(FILES cfg/default.cfg cfg/raw.cfg README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/md
         COMPONENT program)
+# Pictures and pages that README and the manual point at.
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/md COMPONENT program
+        PATTERN man EXCLUDE)
 if(TARGET mdlab)
     md_install(mdlab lab mdlab)
 endif()
