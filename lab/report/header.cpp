@@ -214,7 +214,7 @@ std::string HeadNotes(const HeaderInput& in) {
     }
     if (in.clip.variable_rate) {
         Note(
-            "The frames of this clip do not come at one rate: times are about right only, and a "
+            "The frames of this clip do not come at one rate: times are only about right, and a "
             "frame that the conversion repeats shows no motion.");
     }
     return html;
