@@ -43,7 +43,7 @@ Section GrowthSection(const Bench& bench) {
     };
     section.tables = {
         {"",
-         {{"ns a block: the dearest of 320x180, 640x360, 1920x1080 / the cheapest", "",
+         {{"ns a block: the slowest of 320x180, 640x360, 1920x1080 / the fastest", "",
            between_sizes, 2, AtMost(1.5)},
           {"640x360: time of twice the frames / once", "", Ratio("middle", "half"), 2, AtMost(2)},
           {"640x360: MiB over " + std::to_string(kShort) + " frames", "", PeakMib("short"), 1},

@@ -41,7 +41,7 @@ with them. The block walk is the definition, built -O3 here.)";
         return [=](const Round& round) { return 1e9 / round.Time(id); };
     };
     const std::pair<const char*, const char*> rows[] = {
-        {"sums of a cell row, both roles", "BM_CellRowSums/%/padding:2"},
+        {"sums of a cell row, for current and reference", "BM_CellRowSums/%/padding:2"},
         {"records of a block row", "BM_BlockRowRecords/%/padding:0"},
         {"distances of a row", "BM_RowDistances/%/padding:0"},
         {"row walk", "BM_RowWalk/%/padding:2"}};

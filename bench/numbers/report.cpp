@@ -115,7 +115,7 @@ Section BrowserSection(const Bench& bench) {
     Section section;
     section.text =
         R"(Chromium, headless, without a graphics card, from disk; milliseconds by the clock. Ready: figures,
-timeline and panel stand. A step ends when its picture with the overlay was handed to the
+timeline and panel are shown. A step ends when its picture with the overlay was handed to the
 screen: 60 single steps, then 40 to random frames.)";
     Command command{{"node", SourcePath("tests/lab/page/times.js")},
                     0,

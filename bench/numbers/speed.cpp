@@ -164,8 +164,8 @@ others take for the same frames as MD does with its fastest kernels.)";
     }
     section.tables = {times, ratios, others};
     section.after =
-        R"(All take a frame at a time on one thread. `ffmpeg -threads 1` decodes the same clip as H.264, as
-it comes out of libx264 with default settings. OpenCV's absdiff is the difference to the frame
+        R"(All take a frame at a time on one thread. `ffmpeg -threads 1` decodes the same clip as H.264 encoded
+by libx264 with default settings. OpenCV's absdiff is the difference to the frame
 three back, over a threshold, and a box: around all spots of at least 16 pixels, or around
 every pixel, which noise makes as large as the picture. MOG2 is its background model with a box
 around spots. HOGDescriptor makes histograms of the same blocks and decides nothing.)";

@@ -26,7 +26,6 @@ struct BytePlane {
     ptrdiff_t nPitch;
 
     uint8_t* At(int32_t x, int32_t y) { return pBytes + (y + 1) * nPitch + kGroup + x; }
-    const uint8_t* At(int32_t x, int32_t y) const { return pBytes + (y + 1) * nPitch + kGroup + x; }
 };
 
 // One row of decisions. All pointers are to its block 0. Distances and states are in BytePlanes.
