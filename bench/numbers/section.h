@@ -27,7 +27,7 @@ struct Subject {
     std::string name;
     Command command;
     double units = 1;      // by which its time is divided, as frames
-    Command without = {};  // if any, its time is subtracted: a run of the start alone
+    Command without = {};  // if any, its time is subtracted: a run of only the start
 };
 
 struct Round {
